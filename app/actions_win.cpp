@@ -11,18 +11,37 @@
 #include "app/clipboard_win.h"
 #include "app/main_window_win.h"
 #include "build_settings.h"
+#include "cdr/dashboard.h"
 #include "cdr/instances_win.h"
+#include "cdr/metrics_win.h"
 #include "cdr/responsiveness_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
+#include "fixes/environment.h"
+#include "fixes/environment_scan_win.h"
+#include "fixes/printer_win.h"
 
 namespace {
 
+const CdrInstance* selected(const MainWindow& window) {
+    return SelectedInstance(window.state.instances, window.state.selectedInstance);
+}
+
+void checkEnvironment(MainWindow& window) {
+    OnEnvironmentCheck(window.shell, RunEnvironmentCheck);
+}
+
 void captureNow(MainWindow& window) {
     const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
-    OnCaptureNow(window.shell,
-                 SelectedInstance(window.state.instances, window.state.selectedInstance),
-                 window.rules, sensors, window.lastCapture);
+    OnCaptureNow(window.shell, selected(window), window.rules, sensors, window.lastCapture);
+}
+
+void showDashboard(MainWindow& window) {
+    OnDashboard(window.shell, selected(window), ReadMetrics);
+}
+
+void switchPrinter(MainWindow& window) {
+    OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
 }
 
 void copy(MainWindow& window) {
@@ -44,7 +63,10 @@ struct Action {
 
 constexpr Action kActions[] = {
     {kRefreshAction, refreshInstances},
+    {kScanAction, checkEnvironment},
     {kCaptureAction, captureNow},
+    {kDashboardAction, showDashboard},
+    {kPrinterAction, switchPrinter},
     {kCopyAction, copy},
     {kClearAction, clear},
     {kWebsiteAction, openWebsite},

@@ -16,9 +16,9 @@ constexpr float kPageTop = 124;
 
 // The header: the brand, and the tabs under it.
 constexpr RectDip kBrand{kMargin, 16, 160, 28};
-constexpr float kTabStripTop = 60;
-constexpr float kTabStripInset = 4;
+constexpr float kTabTop = 62;
 constexpr float kTabHeight = 40;
+constexpr float kTabGap = 8;
 constexpr float kTabPadding = 22;
 constexpr float kNarrowestTab = 112;
 
@@ -102,19 +102,16 @@ void PageBuilder::tabs() {
         tr("brand_subtitle"));
 
     float x = kMargin;
-    const float y = kTabStripTop + kTabStripInset;
     for (int i = 0; i < kTabCount; ++i) {
         const std::wstring text = tr(kTabKeys[i]);
         const float textWidth = measure_(text, TextStyle::tab, input_.clientWidthDip).widthDip;
         const float width = std::max(kNarrowestTab, textWidth + 2 * kTabPadding);
-        HitTarget& tab = add(HitKind::tab, TextStyle::tab, {x, y, width, kTabHeight}, text);
+        HitTarget& tab = add(HitKind::tab, TextStyle::tab, {x, kTabTop, width, kTabHeight}, text);
         tab.id = kFirstTabId + static_cast<std::uint32_t>(i);
         tab.selected = i == layout_.currentTab;
-        x += width + kTabStripInset;
+        x += width + kTabGap;
     }
     pageStart_ = static_cast<std::ptrdiff_t>(layout_.hitTargets.size());
-    layout_.tabStrip = {kMargin - kTabStripInset, kTabStripTop, x - kMargin + kTabStripInset,
-                        kTabHeight + 2 * kTabStripInset};
 }
 
 float PageBuilder::page() {
@@ -155,7 +152,8 @@ float PageBuilder::diagnosePage(PageArea area) {
     card({x, top, w, kDiagnoseHeight}, "card_diagnose");
     primaryButton(kCaptureAction, {x + kPadding, top + kBigButtonTop, w - 2 * kPadding, 56},
                   "btn_capture");
-    label({x + kPadding, top + 103, w - 2 * kPadding, 18}, tr("diag_hint"));
+    add(HitKind::label, TextStyle::subtitle, {x + kPadding, top + 104, w - 2 * kPadding, 17},
+        tr("diag_hint"));
     return top + kDiagnoseHeight;
 }
 

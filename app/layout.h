@@ -59,8 +59,6 @@ struct Layout {
     std::vector<Card> cards;
     /// In drawing order.
     std::vector<HitTarget> hitTargets;
-    /// The surface behind the tab headers.
-    RectDip tabStrip;
     /// Where the status text stands, left of the report's buttons.
     RectDip status;
     /// The report's panel; of no width where the page leaves it no room.

@@ -10,6 +10,7 @@
 #include "app/language_file_win.h"
 #include "app/strings.h"
 #include "base/text.h"
+#include "fixes/printer_win.h"
 
 namespace {
 
@@ -97,6 +98,7 @@ void onCreate(MainWindow& window) {
 }
 
 void onDestroy(MainWindow& window) {
+    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters());
     saveLanguage();
     window.renderer.release();
     PostQuitMessage(0);

@@ -8,6 +8,7 @@
 #include "base/shell.h"
 #include "diagnosis/capture_action.h"
 #include "diagnosis/rules.h"
+#include "fixes/printer_switch.h"
 
 /// Posted by the start-up download when it has stored newer signatures.
 inline constexpr UINT kSignaturesUpdated = WM_APP + 1;
@@ -24,6 +25,7 @@ struct MainWindow {
     std::wstring signatureStatus;
     SignatureRuleBase rules;
     LastCapture lastCapture;
+    PrinterSwitch printerSwitch;
     /// What the handlers see of this window.
     Shell shell;
     Renderer renderer;

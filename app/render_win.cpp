@@ -156,7 +156,6 @@ bool Renderer::paint(const Scene& scene) {
     const D2D1_COLOR_F background = toD2d(kPalette[static_cast<std::size_t>(Colour::background)]);
     target_->Clear(&background);
 
-    fillBox(scene.layout.tabStrip, kCardRadius, Colour::panel);
     for (const Card& card : scene.layout.cards)
         drawCard(card);
     for (std::size_t i = 0; i < scene.layout.hitTargets.size(); ++i) {
@@ -268,11 +267,10 @@ void Renderer::drawButton(const HitTarget& target, bool hovered) {
 }
 
 void Renderer::drawTab(const HitTarget& target, bool hovered) {
-    if (target.selected) {
-        fillBox(target.rect(), kButtonRadius, Colour::accent);
-    } else if (hovered) {
-        fillBox(target.rect(), kButtonRadius, Colour::surface);
-    }
+    const Colour fill = target.selected ? Colour::accent
+                        : hovered       ? Colour::surface
+                                        : Colour::panel;
+    fillBox(target.rect(), kButtonRadius, fill);
     drawText(target.label, target.style, target.rect(),
              target.selected ? Colour::textOnAccent : Colour::accent);
 }
