@@ -269,6 +269,13 @@ LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPara
     return handle(*window, message, wParam, lParam);
 }
 
+// The frame drawn for the size, not the large one scaled.
+HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
+    return static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(kIconId), IMAGE_ICON,
+                                         GetSystemMetrics(widthMetric),
+                                         GetSystemMetrics(heightMetric), LR_SHARED));
+}
+
 // The window may stand on another monitor than the one its first size was made for.
 void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
     const UINT dpi = GetDpiForWindow(hwnd);
@@ -291,8 +298,8 @@ HWND createMainWindow(HINSTANCE module, MainWindow& window) {
     windowClass.cbSize = sizeof windowClass;
     windowClass.lpfnWndProc = windowProc;
     windowClass.hInstance = module;
-    windowClass.hIcon = LoadIconW(module, MAKEINTRESOURCEW(kIconId));
-    windowClass.hIconSm = windowClass.hIcon;
+    windowClass.hIcon = loadIcon(module, SM_CXICON, SM_CYICON);
+    windowClass.hIconSm = loadIcon(module, SM_CXSMICON, SM_CYSMICON);
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.lpszClassName = kClassName;
     RegisterClassExW(&windowClass);

@@ -19,5 +19,7 @@ if(WIN32)
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX STRICT
                           WINVER=0x0A00 _WIN32_WINNT=0x0A00)
   add_compile_options(-ffunction-sections -fdata-sections)
-  add_link_options(-static -Wl,--gc-sections)
+  # One commit gives the same bytes wherever and whenever it is built.
+  add_link_options(-static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
 endif()
