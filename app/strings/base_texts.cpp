@@ -28,7 +28,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
     base("tab_dev", L"开发", L"Dev"),
     base("card_cdr_instance", L"CDR 实例", L"CDR Instance"),
     base("card_diagnose", L"诊断 - 揪出元凶", L"Diagnose - Find the Culprit"),
-    base("card_fileslim", L"文件瘦身 - 真正的根治", L"File Slimming - The Real Fix"),
+    base("card_fileslim", L"文件瘦身 - 治本之道", L"File Slimming - The Real Fix"),
     base("card_scan", L"环境检查", L"Environment Check"),
     base("card_printer", L"打印机", L"Printer"),
     base("card_cleanup", L"缓存清理", L"Cache Cleanup"),
@@ -54,7 +54,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"up as .mirelobak first; slimmed files no longer spread freezes."),
     base("btn_scan", L"立即检查", L"Check Now"),
     base("hint_scan",
-         L"检查默认打印机（网络/脱机）、字体数量、GDI 句柄配额和内存，即最常见的卡顿原因。",
+         L"检查最常见的卡顿原因：默认打印机（网络/脱机）、字体数量、GDI 句柄配额和内存。",
          L"Checks default printer (network/offline), font count, GDI handle quota and RAM - the "
          L"top freeze causes."),
     base("btn_printer", L"临时切换（自动还原）", L"Temp Switch (auto-revert)"),
@@ -91,7 +91,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Runs as standard user, no driver, no packing, never modifies CDR files"),
     base("safety_3", L"打印机切换在退出时自动还原；清理内容均有备份，可一键还原",
          L"Printer switch auto-reverts on exit; cleanups backed up, one-click restore"),
-    base("safety_4", L"匿名提交仅包含模块名和函数名，隐私由服务器强制保障",
+    base("safety_4", L"匿名提交仅包含模块名和函数名，并由服务器强制保护隐私",
          L"Anonymous submissions include only module/function names; server enforces privacy"),
     base("dev_pdb_hint", L"选择存放 PDB 符号文件的文件夹，捕获的堆栈即可显示更多函数名。",
          L"Choose a folder with PDB symbol files to see more function names in captured stacks."),
@@ -112,7 +112,8 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"It checks for the common causes of freezes and offers fixes you can undo."),
     base("about_line5", L"不注入、不挂钩、不驻留后台，每项操作都由您触发。",
          L"No injection, no hooks, no background - you trigger every action."),
-    base("about_line6", L"使用方法：CDR 卡死时，在“诊断”选项卡中选择其实例，然后点击“立即捕获”。",
+    base("about_line6",
+         L"使用方法：CDR 卡死时，在“诊断”选项卡中选择对应的实例，然后点击“立即捕获”。",
          L"How to use: when CDR hangs, select its instance on the Diagnose tab and click 'Capture "
          L"Now'."),
     base(
@@ -134,8 +135,8 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Cannot restore the original default printer: %s"),
     base(
         "tip_optimize",
-        L"要优化 CDR 设置吗？\n  - 将撤消级别设为 30\n  - 关闭欢迎屏幕\n会先导出注册表。请先关闭 "
-        L"CDR。\n\n是否继续？",
+        L"要优化 CDR 设置吗？\n  - 将撤消级别设为 30\n  - "
+        L"关闭欢迎屏幕\n会先导出注册表。继续之前请关闭 CDR。\n\n是否继续？",
         L"Optimize the CDR settings?\n  - Set undo levels to 30\n  - Disable the welcome "
         L"screen\nThe registry is exported first. Please close CDR before you go on.\n\nContinue?"),
     base("opt_done", L"CDR 设置已优化。注册表备份：%s",
@@ -149,7 +150,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Upload the captured stack features anonymously?\n(Module/function names and CDR version "
          L"only - no file paths, no document content.)\n\nContinue?"),
     base("tip_slim",
-         L"将对所选文件执行文件瘦身：\n  - "
+         L"将对所选文件进行瘦身：\n  - "
          L"清除视图快照（会清空视图管理器中保存的所有视图，包括您自己的）\n  - "
          L"清除冗余颜色样式（已验证：对象颜色不受影响）\n  - 删除预览/缩略图缓存（打开时由 CDR "
          L"自动重建）\n每个文件都会先在原文件旁备份为 .mirelobak。\n请确保这些文件当前未在 CDR "
@@ -208,16 +209,16 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
     base("log_leak_settle", L"正在等待句柄数稳定…", L"Waiting for the handle count to settle..."),
     base("log_leak_nobase", L"尚无基线。请先点击“记录基线”。",
          L"No baseline yet. Click 'Take Baseline' first."),
-    base("log_leak_nopid", L"记录基线的 CDR 实例已不再运行。请重新记录基线。",
+    base("log_leak_nopid", L"记录基线时的 CDR 实例已不再运行。请重新记录基线。",
          L"The CDR instance of the baseline is no longer running. Take a new baseline."),
     base("log_leak_err", L"无法读取 CDR 的句柄数。", L"Cannot read the handle count of CDR."),
     base("log_leak_report", L"GDI 句柄：基线 %d，当前 %d", L"GDI handles: baseline %d, now %d"),
     base("log_leak_judge", L"判断：%s", L"Judgement: %s"),
     base("log_leak_j0", L"正常：句柄数已回到基线附近",
          L"OK: the handle count is back near the baseline"),
-    base("log_leak_j1", L"值得注意：句柄数高于基线",
+    base("log_leak_j1", L"值得注意：句柄数持续高于基线",
          L"Worth attention: the handle count stays above the baseline"),
-    base("log_leak_j2", L"很可能泄漏：句柄数远高于基线",
+    base("log_leak_j2", L"很可能存在泄漏：句柄数持续远高于基线",
          L"Leak likely: the handle count stays far above the baseline"),
     base("log_leak_advice",
          L"请保存工作并重新启动 CDR。如果句柄数再次增长，请逐个停用插件以找出原因。",
@@ -228,8 +229,9 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"%s: %s -> %s (views %d removed, colors %d cleared, previews %d removed)"),
     base("log_slim_clean", L"%s：无需瘦身，没有可清除的内容。",
          L"%s: already clean, nothing to do."),
-    base("log_slim_fail", L"%s 失败：%s", L"%s failed: %s"),
-    base("log_slim_old", L"%s：旧格式（riffData，X5 及更早）。已跳过，请先另存为 X6 或更高版本。",
+    base("log_slim_fail", L"%s 瘦身失败：%s", L"%s failed: %s"),
+    base("log_slim_old",
+         L"%s：旧格式（riffData，X5 及更早版本）。已跳过，请先另存为 X6 或更高版本。",
          L"%s: old format (riffData, X5-). Skipped - save as X6+ first."),
     base("log_slim_sum",
          L"完成：成功 %d / 无需瘦身 %d / 失败或跳过 %d。备份为原文件旁的 .mirelobak 文件。",

@@ -16,7 +16,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "tab_dev", L"Vývoj"},
     {kCzech, "card_cdr_instance", L"Instance CDR"},
     {kCzech, "card_diagnose", L"Diagnostika - najděte viníka"},
-    {kCzech, "card_fileslim", L"Zeštíhlení souborů - skutečná náprava"},
+    {kCzech, "card_fileslim", L"Zeštíhlení souborů - skutečné řešení"},
     {kCzech, "card_scan", L"Kontrola prostředí"},
     {kCzech, "card_printer", L"Tiskárna"},
     {kCzech, "card_cleanup", L"Čištění mezipaměti"},
@@ -69,11 +69,11 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "safety_1",
      L"Žádné vkládání kódu, žádné hooky, žádný běh na pozadí – každou akci spouštíte vy"},
     {kCzech, "safety_2",
-     L"Běží pod běžným uživatelem, bez ovladačů a zabaleného kódu, nikdy nemění soubory programu "
-     L"CDR"},
+     L"Běží s právy běžného uživatele, bez ovladačů a zabaleného kódu, nikdy nemění soubory "
+     L"programu CDR"},
     {kCzech, "safety_3",
-     L"Tiskárna se při ukončení sama vrátí; vyčištěné soubory mají zálohu a obnovíte je jedním "
-     L"kliknutím"},
+     L"Při ukončení se obnoví původní tiskárna; odstraněné soubory mají zálohu a obnovíte je "
+     L"jedním kliknutím"},
     {kCzech, "safety_4",
      L"Anonymně se odesílají jen názvy modulů a funkcí; ochranu soukromí vynucuje server"},
     {kCzech, "dev_pdb_hint",
@@ -100,8 +100,8 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
      L"Použití: když CDR zamrzne, vyberte jeho instanci na kartě „Diagnostika“ a klikněte na "
      L"„Zachytit nyní“."},
     {kCzech, "about_line7",
-     L"Pokud neodpovídá žádná signatura, klikněte na „Odeslat neznámou signaturu“. Pomůžete tím "
-     L"vylepšit databázi signatur."},
+     L"Pokud se nenajde odpovídající signatura, klikněte na „Odeslat neznámou signaturu“. Pomůžete "
+     L"tím vylepšit databázi signatur."},
     {kCzech, "btn_site_open", L"Otevřít web"},
     {kCzech, "btn_guide_open", L"Otevřít příručku"},
     {kCzech, "btn_close", L"Zavřít"},
@@ -121,8 +121,8 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "opt_changed", L"Změněná nastavení: %d"},
     {kCzech, "opt_reboot", L"Změny se projeví po restartování CDR."},
     {kCzech, "tip_submit",
-     L"Chcete anonymně odeslat znaky zachyceného zásobníku?\n(Jen názvy modulů a funkcí a verzi "
-     L"CDR – žádné cesty k souborům, žádný obsah dokumentů.)\n\nPokračovat?"},
+     L"Chcete anonymně odeslat charakteristiky zachyceného zásobníku?\n(Jen názvy modulů a funkcí "
+     L"a verzi CDR – žádné cesty k souborům, žádný obsah dokumentů.)\n\nPokračovat?"},
     {kCzech, "tip_slim",
      L"Vybrané soubory budou zeštíhleny:\n  - Odstranění snímků zobrazení (vymaže VŠECHNA "
      L"zobrazení uložená ve Správci zobrazení, včetně vašich)\n  - Vyčištění nadbytečných stylů "
@@ -138,14 +138,14 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_suspect", L"Podezřelý modul: %s"},
     {kCzech, "log_rule", L"Odpovídající signatura: %s (závažnost: %s)"},
     {kCzech, "log_no_match",
-     L"Neodpovídá žádná signatura. Kliknutím na „Odeslat neznámou signaturu“ můžete anonymně "
-     L"přispět do společné databáze."},
+     L"Nenašla se odpovídající signatura. Kliknutím na „Odeslat neznámou signaturu“ můžete "
+     L"anonymně přispět do společné databáze."},
     {kCzech, "log_fallback",
      L"Automatické zařazení se nezdařilo. Zkopírujte nezpracovaný zásobník, nebo klikněte na "
      L"„Odeslat neznámou signaturu“ a pomozte vylepšit databázi signatur."},
     {kCzech, "log_stack_hdr", L"--- Horních 8 rámců ---"},
     {kCzech, "log_responsive",
-     L"Hlavní vlákno CDR právě odpovídá. Klikněte na „Zachytit nyní“ znovu během zamrznutí."},
+     L"Hlavní vlákno CDR právě odpovídá. Až CDR zamrzne, klikněte na „Zachytit nyní“ znovu."},
     {kCzech, "log_responsive_ok", L"CDR odpovídá normálně."},
     {kCzech, "log_metrics_hdr", L"===== Ukazatele ====="},
     {kCzech, "log_env_title", L"===== Kontrola prostředí ====="},
@@ -161,8 +161,8 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_cloud_update", L"Aktualizace signatur..."},
     {kCzech, "log_cloud_done", L"Signatury byly aktualizovány na v%d (pravidla: %d)"},
     {kCzech, "log_submit_no",
-     L"Zatím nejsou zachycena žádná data. Nejprve použijte „Zachytit nyní“; odesílejte, pokud "
-     L"neodpovídá žádná signatura."},
+     L"Zatím nejsou zachycena žádná data. Nejprve použijte „Zachytit nyní“; odesílejte, pokud se "
+     L"nenajde odpovídající signatura."},
     {kCzech, "log_submit_done", L"Anonymně odeslané signatury rámců: %d. Děkujeme!"},
     {kCzech, "log_watchdog_on",
      L"Hlídání zamrznutí je zapnuté. Když CDR přestane odpovídat, zapíše se to do protokolu."},
@@ -179,7 +179,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_leak_err", L"Počet popisovačů CDR nelze zjistit."},
     {kCzech, "log_leak_report", L"Popisovače GDI: výchozí stav %d, nyní %d"},
     {kCzech, "log_leak_judge", L"Hodnocení: %s"},
-    {kCzech, "log_leak_j0", L"V pořádku: počet popisovačů se vrátil k výchozímu stavu"},
+    {kCzech, "log_leak_j0", L"V pořádku: počet popisovačů se vrátil téměř k výchozímu stavu"},
     {kCzech, "log_leak_j1", L"Stojí za pozornost: počet popisovačů zůstává nad výchozím stavem"},
     {kCzech, "log_leak_j2",
      L"Pravděpodobný únik: počet popisovačů zůstává vysoko nad výchozím stavem"},

@@ -38,7 +38,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "btn_slim", L"CDR-bestanden kiezen om af te slanken"},
     {kDutch, "hint_slim",
      L"Verwijdert momentopnamen van weergaven, overbodige kleurstijlen en voorbeeldcaches. Van elk "
-     L"bestand komt er eerst een back-up (.mirelobak); afgeslankte bestanden verspreiden geen "
+     L"bestand wordt eerst een .mirelobak-back-up gemaakt; afgeslankte bestanden verspreiden geen "
      L"vastlopers meer."},
     {kDutch, "btn_scan", L"Nu controleren"},
     {kDutch, "hint_scan",
@@ -68,7 +68,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "brand_title", L"Mirelo"},
     {kDutch, "brand_subtitle", L"v0.2 - CDR-vastlopers diagnosticeren, bestanden afslanken"},
     {kDutch, "safety_1",
-     L"Geen injectie, geen hooks, niets op de achtergrond: u start elke actie zelf"},
+     L"Geen code-injectie, geen hooks, niets op de achtergrond: u start elke actie zelf"},
     {kDutch, "safety_2",
      L"Draait als standaardgebruiker, zonder stuurprogramma of packer, en wijzigt nooit bestanden "
      L"van CDR zelf"},
@@ -76,7 +76,8 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
      L"Zet de printer bij het afsluiten automatisch terug; opschonen met back-up, terugzetten met "
      L"één klik"},
     {kDutch, "safety_4",
-     L"Anonieme verzendingen bevatten alleen module- en functienamen; de server dwingt dat af"},
+     L"Anonieme verzendingen bevatten alleen module- en functienamen; de server waarborgt uw "
+     L"privacy"},
     {kDutch, "dev_pdb_hint",
      L"Kies een map met PDB-symboolbestanden om meer functienamen in vastgelegde stacks te zien."},
     {kDutch, "btn_pdbpath", L"Symboolmap kiezen"},
@@ -97,7 +98,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
      L"Het controleert op de gebruikelijke oorzaken van vastlopers en biedt oplossingen die u "
      L"ongedaan kunt maken."},
     {kDutch, "about_line5",
-     L"Geen injectie, geen hooks, niets op de achtergrond: u start elke actie zelf."},
+     L"Geen code-injectie, geen hooks, niets op de achtergrond: u start elke actie zelf."},
     {kDutch, "about_line6",
      L"Zo werkt het: als CDR vastloopt, selecteert u het exemplaar op het tabblad ‘Diagnose’ en "
      L"klikt u op ‘Nu vastleggen’."},

@@ -51,12 +51,12 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "btn_clean", L"Sauvegarder et nettoyer"},
     {kFrench, "hint_clean",
      L"Déplace vers un dossier de sauvegarde les rapports d’incident, fichiers temporaires et "
-     L"caches de miniatures de toutes les versions de CDR\u00a0; «\u00a0Restaurer\u00a0» les remet "
-     L"en place."},
+     L"caches de miniatures de chaque version de CDR\u00a0; annulable à tout moment avec "
+     L"«\u00a0Restaurer\u00a0»."},
     {kFrench, "btn_restore", L"Restaurer"},
     {kFrench, "btn_optimize", L"Optimiser (Registre sauvegardé)"},
     {kFrench, "hint_settings",
-     L"Fixe à 30 les niveaux d’annulation et désactive l’écran de bienvenue\u00a0; le Registre est "
+     L"Définit 30 niveaux d’annulation et désactive l’écran de bienvenue\u00a0; le Registre est "
      L"d’abord exporté. Prend effet au redémarrage de CDR."},
     {kFrench, "cloud_loading", L"Chargement en cours"},
     {kFrench, "btn_update", L"Mettre à jour les signatures"},
@@ -78,8 +78,8 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
      L"Imprimante rétablie à la fermeture\u00a0; fichiers nettoyés sauvegardés et restaurables en "
      L"un clic"},
     {kFrench, "safety_4",
-     L"Les envois anonymes ne contiennent que des noms de modules et de fonctions\u00a0; le "
-     L"serveur y veille"},
+     L"Envois anonymes limités aux noms de modules et de fonctions\u00a0; le serveur impose la "
+     L"confidentialité"},
     {kFrench, "dev_pdb_hint",
      L"Choisissez un dossier de fichiers de symboles PDB pour voir davantage de noms de fonctions "
      L"dans les piles capturées."},
@@ -125,16 +125,16 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "printer_orig_err",
      L"Impossible de rétablir l’imprimante par défaut d’origine\u00a0: %s"},
     {kFrench, "tip_optimize",
-     L"Optimiser les paramètres de CDR\u00a0?\n  - Fixer à 30 les niveaux d’annulation\n  - "
-     L"Désactiver l’écran de bienvenue\nLe Registre est d’abord exporté. Veuillez fermer CDR avant "
-     L"de poursuivre.\n\nVoulez-vous continuer\u00a0?"},
+     L"Optimiser les paramètres de CDR\u00a0?\n  - Définir 30 niveaux d’annulation\n  - Désactiver "
+     L"l’écran de bienvenue\nLe Registre est d’abord exporté. Veuillez fermer CDR avant de "
+     L"poursuivre.\n\nVoulez-vous continuer\u00a0?"},
     {kFrench, "opt_done", L"Paramètres de CDR optimisés. Sauvegarde du Registre\u00a0: %s"},
     {kFrench, "opt_changed", L"Paramètres modifiés\u00a0: %d"},
     {kFrench, "opt_reboot", L"Les modifications prendront effet au redémarrage de CDR."},
     {kFrench, "tip_submit",
      L"Envoyer anonymement les caractéristiques de la pile capturée\u00a0?\n(Uniquement les noms "
-     L"de modules et de fonctions et la version de CDR\u00a0; aucun chemin de fichier, aucun "
-     L"contenu de document.)\n\nVoulez-vous continuer\u00a0?"},
+     L"de modules et de fonctions, ainsi que la version de CDR\u00a0; aucun chemin de fichier, "
+     L"aucun contenu de document.)\n\nVoulez-vous continuer\u00a0?"},
     {kFrench, "tip_slim",
      L"Les fichiers sélectionnés vont être allégés\u00a0:\n  - Suppression des instantanés de vues "
      L"(efface TOUTES les vues enregistrées dans le Gestionnaire de vues, y compris les vôtres)\n  "
@@ -156,7 +156,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "log_fallback",
      L"Classement automatique impossible. Copiez la pile brute ou cliquez sur «\u00a0Envoyer la "
      L"signature inconnue\u00a0» pour contribuer à améliorer la base de signatures."},
-    {kFrench, "log_stack_hdr", L"--- 8 premières frames ---"},
+    {kFrench, "log_stack_hdr", L"--- 8 premiers frames ---"},
     {kFrench, "log_responsive",
      L"Le thread principal de CDR répond actuellement. Cliquez de nouveau sur «\u00a0Capturer "
      L"maintenant\u00a0» pendant un blocage."},
@@ -177,12 +177,12 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "log_cloud_update", L"Mise à jour des signatures…"},
     {kFrench, "log_cloud_done", L"Signatures mises à jour vers la v%d (%d règles)"},
     {kFrench, "log_submit_no",
-     L"Aucune donnée capturée. Utilisez d’abord «\u00a0Capturer maintenant\u00a0», puis envoyez si "
-     L"aucune signature ne correspond."},
+     L"Aucune donnée capturée. Utilisez d’abord «\u00a0Capturer maintenant\u00a0», puis envoyez la "
+     L"capture si aucune signature ne correspond."},
     {kFrench, "log_submit_done",
      L"Signatures de frames envoyées anonymement\u00a0: %d. Merci\u00a0!"},
     {kFrench, "log_watchdog_on",
-     L"Surveillance des blocages activée. Le journal indiquera quand CDR cesse de répondre."},
+     L"Surveillance des blocages activée. Le journal indiquera quand CDR cessera de répondre."},
     {kFrench, "log_watchdog_off", L"Surveillance des blocages désactivée."},
     {kFrench, "log_pdb_set", L"Dossier de symboles défini\u00a0: %s"},
     {kFrench, "log_leak_base", L"Référence établie. Handles GDI\u00a0: %d"},
@@ -198,7 +198,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "log_leak_err", L"Impossible de lire le nombre de handles de CDR."},
     {kFrench, "log_leak_report", L"Handles GDI\u00a0: référence %d, maintenant %d"},
     {kFrench, "log_leak_judge", L"Évaluation\u00a0: %s"},
-    {kFrench, "log_leak_j0", L"OK\u00a0: le nombre de handles est revenu près de la référence"},
+    {kFrench, "log_leak_j0", L"OK\u00a0: le nombre de handles est redevenu proche de la référence"},
     {kFrench, "log_leak_j1",
      L"À surveiller\u00a0: le nombre de handles reste supérieur à la référence"},
     {kFrench, "log_leak_j2",
@@ -216,7 +216,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
      L"%s\u00a0: ancien format (riffData, X5 ou antérieur). Ignoré\u00a0; enregistrez-le d’abord "
      L"au format X6 ou ultérieur."},
     {kFrench, "log_slim_sum",
-     L"Terminé\u00a0: réussis %d / déjà allégés %d / échoués ou ignorés %d. Les sauvegardes sont "
+     L"Terminé\u00a0: réussis %d / déjà allégés %d / en échec ou ignorés %d. Les sauvegardes sont "
      L"les fichiers .mirelobak à côté des originaux."},
     {kFrench, "log_slim_tip",
      L"Conseil\u00a0: ouvrez un fichier allégé dans CDR pour vérifier que tout va bien avant un "

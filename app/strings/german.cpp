@@ -46,7 +46,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "btn_printer", L"Vorübergehend umstellen (automatisch zurück)"},
     {kGerman, "hint_printer",
      L"Legt vorübergehend Microsoft Print to PDF als Standarddrucker fest, um langsame "
-     L"Netzwerkdrucker zu umgehen; Ihr ursprünglicher Drucker wird beim Beenden "
+     L"Netzwerkdrucker zu umgehen; beim Beenden wird Ihr bisheriger Drucker automatisch "
      L"wiederhergestellt."},
     {kGerman, "btn_clean", L"Sichern und bereinigen"},
     {kGerman, "hint_clean",
@@ -74,7 +74,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Läuft als Standardbenutzer, ohne Treiber, ohne Packer; Programmdateien von CDR bleiben "
      L"unangetastet"},
     {kGerman, "safety_3",
-     L"Drucker wird beim Beenden zurückgestellt; Bereinigtes ist gesichert und mit einem Klick "
+     L"Drucker wird beim Beenden wiederhergestellt; Bereinigtes ist gesichert und mit einem Klick "
      L"zurück"},
     {kGerman, "safety_4",
      L"Anonym gesendet werden nur Modul- und Funktionsnamen; der Server erzwingt den Datenschutz"},
@@ -90,8 +90,8 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "dlg_about_title", L"Info zu Mirelo"},
     {kGerman, "about_line1", L"Mirelo ist ein Begleitprogramm für CorelDRAW-Anwender."},
     {kGerman, "about_line2",
-     L"Es findet heraus, warum CDR hängt: ein Plug-in, der Drucker, eine Schriftart oder eine "
-     L"Systemkomponente."},
+     L"Es findet heraus, was CDR zum Hängen bringt: ein Plug-in, der Drucker, eine Schriftart oder "
+     L"eine Systemkomponente."},
     {kGerman, "about_line3",
      L"Es verschlankt CDR-Dateien, die Hänger verbreiten, und sichert zuvor jede Datei."},
     {kGerman, "about_line4",
@@ -167,8 +167,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_env_ok", L"Prüfung abgeschlossen. Keine Risiken gefunden."},
     {kGerman, "log_refresh", L"Liste neu geladen. CDR-Instanzen: %d"},
     {kGerman, "log_no_cdr",
-     L"Es wurde kein laufendes CDR gefunden. Starten Sie CDR und klicken Sie dann auf „Neu "
-     L"laden“."},
+     L"Keine laufende CDR-Instanz gefunden. Starten Sie CDR und klicken Sie dann auf „Neu laden“."},
     {kGerman, "log_net_off",
      L"Netzwerk ausgeschaltet (kann in den Einstellungen eingeschaltet werden)"},
     {kGerman, "log_cloud_update", L"Signaturen werden aktualisiert…"},
@@ -225,7 +224,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Umstellung fehlgeschlagen (bereits ein virtueller Drucker oder durch eine Richtlinie "
      L"blockiert)."},
     {kGerman, "warn_clean_in_use",
-     L"CorelDRAW wird ausgeführt; verwendete Dateien werden übersprungen.\n\nMöchten Sie "
+     L"CorelDRAW wird ausgeführt; gerade verwendete Dateien werden übersprungen.\n\nMöchten Sie "
      L"fortfahren?"},
 };
 

@@ -38,7 +38,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "btn_slim", L"Seleziona i file CDR da alleggerire"},
     {kItalian, "hint_slim",
      L"Rimuove le istantanee delle viste, gli stili colore superflui e le cache di anteprima. Di "
-     L"ogni file si crea prima una copia .mirelobak; i file alleggeriti non propagano più i "
+     L"ogni file si crea prima un backup .mirelobak; i file alleggeriti non propagano più i "
      L"blocchi."},
     {kItalian, "btn_scan", L"Controlla ora"},
     {kItalian, "hint_scan",
@@ -47,20 +47,21 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "btn_printer", L"Cambio temporaneo (ripristino automatico)"},
     {kItalian, "hint_printer",
      L"Imposta temporaneamente Microsoft Print to PDF come stampante predefinita per evitare "
-     L"stampanti di rete lente; all’uscita viene ripristinata la stampante originale."},
+     L"stampanti di rete lente; all’uscita ripristina automaticamente la stampante originale."},
     {kItalian, "btn_clean", L"Pulisci (con backup)"},
     {kItalian, "hint_clean",
      L"Sposta in una cartella di backup i rapporti di arresto anomalo, i file temporanei e le "
-     L"cache delle miniature di ogni versione di CDR; “Ripristina” li rimette al loro posto."},
+     L"cache delle miniature di ogni versione di CDR; annullabile in ogni momento con "
+     L"“Ripristina”."},
     {kItalian, "btn_restore", L"Ripristina"},
     {kItalian, "btn_optimize", L"Ottimizza (con backup del Registro)"},
     {kItalian, "hint_settings",
-     L"Imposta a 30 i livelli di annullamento e disattiva la schermata di benvenuto; il Registro "
-     L"di sistema viene prima esportato. Ha effetto al riavvio di CDR."},
+     L"Imposta 30 livelli di annullamento e disattiva la schermata di benvenuto; il Registro di "
+     L"sistema viene prima esportato. Ha effetto al riavvio di CDR."},
     {kItalian, "cloud_loading", L"Caricamento in corso"},
     {kItalian, "btn_update", L"Aggiorna le firme"},
     {kItalian, "btn_submit", L"Invia firma sconosciuta (in forma anonima)"},
-    {kItalian, "net_on", L"Rete: ATTIVA (fare clic per disattivarla)"},
+    {kItalian, "net_on", L"Rete: ATTIVATA (fare clic per disattivarla)"},
     {kItalian, "net_off", L"Rete: DISATTIVATA (fare clic per attivarla)"},
     {kItalian, "btn_site", L"Visita " MIRELO_WEBSITE},
     {kItalian, "log_copy", L"Copia"},
@@ -74,7 +75,8 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"Eseguito come utente standard, senza driver né packer; non modifica mai i file del "
      L"programma CDR"},
     {kItalian, "safety_3",
-     L"Stampante ripristinata all’uscita; backup di quanto è stato pulito, ripristino con un clic"},
+     L"Stampante ripristinata automaticamente all’uscita; pulizia con backup e ripristino con un "
+     L"clic"},
     {kItalian, "safety_4",
      L"Gli invii anonimi contengono solo nomi di moduli e funzioni; il server impone il rispetto "
      L"della privacy"},
@@ -86,12 +88,12 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "btn_leakbase", L"Rileva il riferimento"},
     {kItalian, "btn_leakdiff", L"Confronta con il riferimento"},
     {kItalian, "btn_watchdog_off", L"Monitoraggio: DISATTIVATO (fare clic per attivarlo)"},
-    {kItalian, "btn_watchdog_on", L"Monitoraggio: ATTIVO (fare clic per disattivarlo)"},
+    {kItalian, "btn_watchdog_on", L"Monitoraggio: ATTIVATO (fare clic per disattivarlo)"},
     {kItalian, "dlg_about_title", L"Informazioni su Mirelo"},
     {kItalian, "about_line1", L"Mirelo è uno strumento di supporto per gli utenti di CorelDRAW."},
     {kItalian, "about_line2",
-     L"Scopre che cosa blocca CDR: un plug-in, la stampante, un tipo di carattere o un componente "
-     L"di sistema."},
+     L"Scopre che cosa fa bloccare CDR: un plug-in, la stampante, un tipo di carattere o un "
+     L"componente di sistema."},
     {kItalian, "about_line3",
      L"Alleggerisce i file CDR che propagano i blocchi e crea prima il backup di ogni file."},
     {kItalian, "about_line4",
@@ -120,7 +122,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "printer_orig_err",
      L"Impossibile ripristinare la stampante predefinita originale: %s"},
     {kItalian, "tip_optimize",
-     L"Ottimizzare le impostazioni di CDR?\n  - Impostare a 30 i livelli di annullamento\n  - "
+     L"Ottimizzare le impostazioni di CDR?\n  - Impostare 30 livelli di annullamento\n  - "
      L"Disattivare la schermata di benvenuto\nIl Registro di sistema viene prima esportato. "
      L"Chiudere CDR prima di proseguire.\n\nContinuare?"},
     {kItalian, "opt_done", L"Impostazioni di CDR ottimizzate. Backup del Registro di sistema: %s"},
@@ -128,7 +130,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "opt_reboot", L"Le modifiche avranno effetto dopo il riavvio di CDR."},
     {kItalian, "tip_submit",
      L"Caricare in forma anonima le caratteristiche dello stack acquisito?\n(Solo nomi di moduli e "
-     L"funzioni e versione di CDR; nessun percorso di file, nessun contenuto dei "
+     L"funzioni, oltre alla versione di CDR; nessun percorso di file, nessun contenuto dei "
      L"documenti.)\n\nContinuare?"},
     {kItalian, "tip_slim",
      L"I file selezionati verranno alleggeriti:\n  - Rimozione delle istantanee delle viste "
@@ -146,8 +148,8 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_suspect", L"Modulo sospetto: %s"},
     {kItalian, "log_rule", L"Firma corrispondente: %s (gravità: %s)"},
     {kItalian, "log_no_match",
-     L"Nessuna firma corrisponde. Con “Invia firma sconosciuta” è possibile contribuire in forma "
-     L"anonima al database comune."},
+     L"Nessuna firma corrispondente. Con “Invia firma sconosciuta” è possibile contribuire in "
+     L"forma anonima al database comune."},
     {kItalian, "log_fallback",
      L"Classificazione automatica non riuscita. Copiare lo stack non elaborato o fare clic su "
      L"“Invia firma sconosciuta” per contribuire a migliorare il database delle firme."},
@@ -191,7 +193,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_leak_judge", L"Valutazione: %s"},
     {kItalian, "log_leak_j0", L"OK: il numero di handle è tornato vicino al riferimento"},
     {kItalian, "log_leak_j1",
-     L"Da tenere d’occhio: il numero di handle resta superiore al riferimento"},
+     L"Richiede attenzione: il numero di handle resta superiore al riferimento"},
     {kItalian, "log_leak_j2",
      L"Perdita probabile: il numero di handle resta molto superiore al riferimento"},
     {kItalian, "log_leak_advice",

@@ -25,7 +25,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "card_cloudop", L"操作"},
     {kJapanese, "card_network", L"ネットワーク"},
     {kJapanese, "card_site", L"公式サイト"},
-    {kJapanese, "card_safety", L"安全のお約束"},
+    {kJapanese, "card_safety", L"安全性に関するお約束"},
     {kJapanese, "card_pdb", L"シンボル ファイル（PDB）"},
     {kJapanese, "card_leak", L"ハンドル リーク テスト"},
     {kJapanese, "card_watchdog", L"フリーズ監視"},
@@ -75,7 +75,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "safety_3",
      L"プリンターは終了時に自動復元。整理した内容もバックアップからワンクリックで復元できます"},
     {kJapanese, "safety_4",
-     L"匿名送信に含まれるのはモジュール名と関数名のみ。プライバシーはサーバー側で徹底されます"},
+     L"匿名送信に含まれるのはモジュール名と関数名のみ。プライバシー保護はサーバー側で徹底されます"},
     {kJapanese, "dev_pdb_hint",
      L"PDB シンボル "
      L"ファイルのフォルダーを選択すると、キャプチャしたスタックに表示される関数名が増えます。"},
@@ -127,7 +127,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "tip_slim",
      L"選択したファイルを軽量化します。\n  - "
      L"ビューのスナップショットを削除（ご自身で保存したものも含め、ビュー "
-     L"マネージャーのすべてのビューが消去されます）\n  - 余分なカラー "
+     L"マネージャのすべてのビューが消去されます）\n  - 余分なカラー "
      L"スタイルを消去（検証済み：オブジェクトの色には影響しません）\n  - "
      L"プレビューとサムネイルのキャッシュを削除（開いたときに CDR "
      L"が自動的に再作成します）\n各ファイルは、先に元のファイルと同じ場所に .mirelobak "

@@ -50,12 +50,12 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "btn_clean", L"Wyczyść (z kopią)"},
     {kPolish, "hint_clean",
      L"Przenosi raporty o awariach, pliki tymczasowe i pamięć podręczną miniatur wszystkich wersji "
-     L"CDR do folderu kopii zapasowej; przycisk „Przywróć” w każdej chwili cofa zmiany."},
+     L"CDR do folderu kopii zapasowych; przycisk „Przywróć” w każdej chwili cofa zmiany."},
     {kPolish, "btn_restore", L"Przywróć"},
     {kPolish, "btn_optimize", L"Optymalizuj (z kopią rejestru)"},
     {kPolish, "hint_settings",
      L"Ustawia 30 poziomów cofania i wyłącza ekran powitalny; najpierw eksportuje rejestr, a "
-     L"zmiany działają po ponownym uruchomieniu CDR."},
+     L"zmiany zaczną obowiązywać po ponownym uruchomieniu CDR."},
     {kPolish, "cloud_loading", L"Ładowanie"},
     {kPolish, "btn_update", L"Aktualizuj sygnatury"},
     {kPolish, "btn_submit", L"Prześlij nieznaną sygnaturę (anonimowo)"},
@@ -73,7 +73,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"Działa jako zwykły użytkownik, bez sterowników i pakowania, nigdy nie zmienia plików "
      L"programu CDR"},
     {kPolish, "safety_3",
-     L"Poprzednia drukarka wraca przy zamykaniu; wyczyszczone pliki mają kopię i wracają jednym "
+     L"Przy zamykaniu wraca poprzednia drukarka; usunięte pliki mają kopię i wracają jednym "
      L"kliknięciem"},
     {kPolish, "safety_4",
      L"Anonimowo przesyłane są tylko nazwy modułów i funkcji; serwer wymusza ochronę prywatności"},
@@ -149,7 +149,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"przycisk „Prześlij nieznaną sygnaturę”, aby pomóc ulepszyć bazę sygnatur."},
     {kPolish, "log_stack_hdr", L"--- 8 górnych ramek ---"},
     {kPolish, "log_responsive",
-     L"Wątek główny CDR teraz odpowiada. Kliknij przycisk „Przechwyć teraz” ponownie podczas "
+     L"Wątek główny CDR teraz odpowiada. Kliknij ponownie przycisk „Przechwyć teraz” podczas "
      L"zawieszenia."},
     {kPolish, "log_responsive_ok", L"CDR odpowiada prawidłowo."},
     {kPolish, "log_metrics_hdr", L"===== Wskaźniki ====="},
@@ -209,7 +209,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"sprawdzić, czy wszystko jest w porządku. Odchudzone pliki można bezpiecznie udostępniać."},
     {kPolish, "log_clean_err", L"Czyszczenie nie powiodło się: %s"},
     {kPolish, "log_clean_done",
-     L"Czyszczenie zakończone. Przeniesione pliki: %d. Folder kopii zapasowej: %s"},
+     L"Czyszczenie zakończone. Przeniesione pliki: %d. Folder kopii zapasowych: %s"},
     {kPolish, "log_restore_done", L"Przywracanie zakończone. Przywrócone pliki: %d"},
     {kPolish, "log_switch_need_cdr", L"Przed przełączeniem drukarki uruchom CDR."},
     {kPolish, "log_switch_no",

@@ -38,7 +38,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "btn_slim", L"Selecionar arquivos CDR para enxugar"},
     {kPortuguese, "hint_slim",
      L"Remove instantâneos de exibição, estilos de cores redundantes e caches de visualização. "
-     L"Antes é feito o backup .mirelobak de cada arquivo; arquivos enxutos não propagam mais "
+     L"Antes, é feito um backup .mirelobak de cada arquivo; arquivos enxutos não propagam mais "
      L"travamentos."},
     {kPortuguese, "btn_scan", L"Verificar agora"},
     {kPortuguese, "hint_scan",
@@ -47,7 +47,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "btn_printer", L"Troca temporária (reversão automática)"},
     {kPortuguese, "hint_printer",
      L"Define temporariamente a Microsoft Print to PDF como impressora padrão para evitar "
-     L"impressoras de rede lentas; a impressora original é restaurada ao sair."},
+     L"impressoras de rede lentas; a impressora original é restaurada automaticamente ao sair."},
     {kPortuguese, "btn_clean", L"Limpar (com backup)"},
     {kPortuguese, "hint_clean",
      L"Move relatórios de falhas, arquivos temporários e caches de miniaturas de todas as versões "
@@ -69,12 +69,13 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "brand_subtitle",
      L"v0.2 - Diagnóstico de travamentos do CDR e arquivos mais enxutos"},
     {kPortuguese, "safety_1",
-     L"Sem injeção de código, sem hooks, sem segundo plano: você inicia cada ação"},
+     L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação"},
     {kPortuguese, "safety_2",
      L"Executado como usuário padrão, sem driver nem packer; nunca altera os arquivos do próprio "
      L"CDR"},
     {kPortuguese, "safety_3",
-     L"A impressora é restaurada ao sair; o que foi limpo tem backup e volta com um clique"},
+     L"A impressora é restaurada automaticamente ao sair; o que foi limpo tem backup e volta com "
+     L"um clique"},
     {kPortuguese, "safety_4",
      L"Os envios anônimos contêm só nomes de módulos e funções; o servidor garante a privacidade"},
     {kPortuguese, "dev_pdb_hint",
@@ -97,7 +98,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "about_line4",
      L"Ele verifica as causas comuns de travamento e oferece correções que você pode desfazer."},
     {kPortuguese, "about_line5",
-     L"Sem injeção de código, sem hooks, sem segundo plano: você inicia cada ação."},
+     L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação."},
     {kPortuguese, "about_line6",
      L"Como usar: quando o CDR travar, selecione a instância na guia “Diagnóstico” e clique em "
      L"“Capturar agora”."},
@@ -125,15 +126,16 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "opt_reboot", L"As alterações entrarão em vigor quando o CDR for reiniciado."},
     {kPortuguese, "tip_submit",
      L"Enviar anonimamente as características da pilha capturada?\n(Somente nomes de módulos e "
-     L"funções e a versão do CDR; nenhum caminho de arquivo, nenhum conteúdo de "
+     L"funções, além da versão do CDR; nenhum caminho de arquivo, nenhum conteúdo de "
      L"documento.)\n\nDeseja continuar?"},
     {kPortuguese, "tip_slim",
      L"Os arquivos selecionados serão enxugados:\n  - Remover instantâneos de exibição (apaga "
      L"TODAS as exibições salvas no Gerenciador de exibições, inclusive as suas)\n  - Limpar "
      L"estilos de cores redundantes (verificado: as cores dos objetos não mudam)\n  - Excluir "
-     L"caches de visualização e de miniaturas (recriados automaticamente pelo CDR ao abrir)\nAntes "
-     L"é feito o backup de cada arquivo como .mirelobak, ao lado do original.\nVerifique se esses "
-     L"arquivos NÃO estão abertos no CDR neste momento. Deseja continuar?"},
+     L"caches de visualização e de miniaturas (recriados automaticamente pelo CDR ao "
+     L"abrir)\nAntes, é feito um backup de cada arquivo como .mirelobak, ao lado do "
+     L"original.\nVerifique se esses arquivos NÃO estão abertos no CDR neste momento. Deseja "
+     L"continuar?"},
     {kPortuguese, "log_no_instance", L"Selecione primeiro uma instância do CDR."},
     {kPortuguese, "log_capturing", L"Capturando a pilha do thread principal do CDR…"},
     {kPortuguese, "log_capture_ok", L"Captura concluída. Quadros: %d"},
@@ -162,7 +164,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_env_ok", L"Verificação concluída. Nenhum risco encontrado."},
     {kPortuguese, "log_refresh", L"Lista atualizada. Instâncias do CDR: %d"},
     {kPortuguese, "log_no_cdr",
-     L"Nenhum CDR em execução foi encontrado. Inicie o CDR e clique em “Atualizar”."},
+     L"Nenhuma instância do CDR em execução foi encontrada. Inicie o CDR e clique em “Atualizar”."},
     {kPortuguese, "log_net_off", L"Rede desativada (pode ser ativada nas configurações)"},
     {kPortuguese, "log_cloud_update", L"Atualizando as assinaturas…"},
     {kPortuguese, "log_cloud_done", L"Assinaturas atualizadas para a v%d (%d regras)"},
@@ -198,7 +200,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"a um para encontrar a causa."},
     {kPortuguese, "log_health", L"Estado: %s"},
     {kPortuguese, "log_slim_ok",
-     L"%s: %s -> %s (exibições removidas: %d, cores limpas: %d, visualizações removidas: %d)"},
+     L"%s: %s -> %s (exibições removidas: %d, cores eliminadas: %d, visualizações removidas: %d)"},
     {kPortuguese, "log_slim_clean", L"%s: já está enxuto, nada a fazer."},
     {kPortuguese, "log_slim_fail", L"Falha em %s: %s"},
     {kPortuguese, "log_slim_old",

@@ -47,11 +47,11 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "btn_printer", L"Cambio temporal (reversión automática)"},
     {kSpanish, "hint_printer",
      L"Establece temporalmente Microsoft Print to PDF como impresora predeterminada para evitar "
-     L"impresoras de red lentas; al salir se restaura su impresora original."},
+     L"impresoras de red lentas; al salir se restaura automáticamente la impresora original."},
     {kSpanish, "btn_clean", L"Limpiar (copia previa)"},
     {kSpanish, "hint_clean",
      L"Mueve a una carpeta de copias los informes de errores, los archivos temporales y las cachés "
-     L"de miniaturas de todas las versiones de CDR; «Restaurar» los devuelve a su sitio."},
+     L"de miniaturas de cada versión de CDR; reversible en todo momento con «Restaurar»."},
     {kSpanish, "btn_restore", L"Restaurar"},
     {kSpanish, "btn_optimize", L"Optimizar (con copia del Registro)"},
     {kSpanish, "hint_settings",
@@ -73,7 +73,8 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"Se ejecuta como usuario estándar, sin controladores ni empaquetado; nunca altera archivos "
      L"propios de CDR"},
     {kSpanish, "safety_3",
-     L"La impresora se restaura al salir; de lo limpiado queda copia y se recupera con un clic"},
+     L"La impresora se restaura automáticamente al salir; limpieza con copia y restauración con un "
+     L"clic"},
     {kSpanish, "safety_4",
      L"Los envíos anónimos solo incluyen nombres de módulos y funciones; el servidor garantiza la "
      L"privacidad"},
@@ -90,10 +91,11 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "about_line1",
      L"Mirelo es una herramienta complementaria para usuarios de CorelDRAW."},
     {kSpanish, "about_line2",
-     L"Averigua qué bloquea CDR: un complemento, la impresora, una fuente o un componente del "
-     L"sistema."},
+     L"Averigua qué hace que CDR se bloquee: un complemento, la impresora, una fuente o un "
+     L"componente del sistema."},
     {kSpanish, "about_line3",
-     L"Aligera los archivos CDR que propagan bloqueos y antes guarda una copia de cada archivo."},
+     L"Aligera los archivos CDR que propagan bloqueos y antes guarda una copia de seguridad de "
+     L"cada archivo."},
     {kSpanish, "about_line4",
      L"Comprueba las causas habituales de bloqueo y ofrece reparaciones que se pueden deshacer."},
     {kSpanish, "about_line5",
@@ -120,21 +122,21 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"No se puede restaurar la impresora predeterminada original: %s"},
     {kSpanish, "tip_optimize",
      L"¿Optimizar la configuración de CDR?\n  - Establecer 30 niveles de deshacer\n  - Desactivar "
-     L"la pantalla de bienvenida\nAntes se exporta el Registro. Cierre CDR antes de "
-     L"continuar.\n\n¿Desea continuar?"},
-    {kSpanish, "opt_done", L"Configuración de CDR optimizada. Copia del Registro: %s"},
+     L"la pantalla de bienvenida\nPrimero se exporta el Registro. Cierre CDR antes de "
+     L"seguir.\n\n¿Desea continuar?"},
+    {kSpanish, "opt_done", L"Configuración de CDR optimizada. Copia de seguridad del Registro: %s"},
     {kSpanish, "opt_changed", L"Opciones modificadas: %d"},
     {kSpanish, "opt_reboot", L"Los cambios surtirán efecto al reiniciar CDR."},
     {kSpanish, "tip_submit",
      L"¿Enviar de forma anónima las características de la pila capturada?\n(Solo nombres de "
-     L"módulos y funciones y la versión de CDR; ni rutas de archivo ni contenido de "
+     L"módulos y funciones, además de la versión de CDR; ni rutas de archivo ni contenido de "
      L"documentos.)\n\n¿Desea continuar?"},
     {kSpanish, "tip_slim",
      L"Se aligerarán los archivos seleccionados:\n  - Eliminar las instantáneas de vistas (borra "
      L"TODAS las vistas guardadas en el Administrador de vistas, incluidas las suyas)\n  - Borrar "
      L"los estilos de color redundantes (comprobado: los colores de los objetos no cambian)\n  - "
      L"Eliminar las cachés de vistas previas y miniaturas (CDR las vuelve a crear automáticamente "
-     L"al abrir)\nAntes se guarda una copia de cada archivo como .mirelobak junto al "
+     L"al abrir)\nAntes se guarda una copia de seguridad de cada archivo como .mirelobak junto al "
      L"original.\nAsegúrese de que estos archivos NO estén abiertos en CDR en este momento. ¿Desea "
      L"continuar?"},
     {kSpanish, "log_no_instance", L"Seleccione primero una instancia de CDR."},
@@ -208,8 +210,8 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"%s: formato antiguo (riffData, X5 o anterior). Omitido; guárdelo primero como X6 o "
      L"posterior."},
     {kSpanish, "log_slim_sum",
-     L"Finalizado: correctos %d / ya aligerados %d / con error u omitidos %d. Las copias son los "
-     L"archivos .mirelobak situados junto a los originales."},
+     L"Finalizado: correctos %d / ya aligerados %d / con error u omitidos %d. Las copias de "
+     L"seguridad son los archivos .mirelobak situados junto a los originales."},
     {kSpanish, "log_slim_tip",
      L"Sugerencia: antes de procesar por lotes, abra en CDR un archivo aligerado para confirmar "
      L"que todo está bien. Los archivos aligerados se pueden compartir con seguridad."},

@@ -21,7 +21,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "card_printer", L"Yazıcı"},
     {kTurkish, "card_cleanup", L"Önbellek temizliği"},
     {kTurkish, "card_cdrsettings", L"CDR ayarları"},
-    {kTurkish, "card_sigs", L"Geçerli imzalar"},
+    {kTurkish, "card_sigs", L"Mevcut imzalar"},
     {kTurkish, "card_cloudop", L"İşlemler"},
     {kTurkish, "card_network", L"Ağ"},
     {kTurkish, "card_site", L"Resmi site"},
@@ -69,11 +69,11 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "safety_1",
      L"Kod enjeksiyonu yok, kanca yok, arka planda çalışma yok; her işlemi siz başlatırsınız"},
     {kTurkish, "safety_2",
-     L"Standart kullanıcıyla çalışır; sürücü ve paketleme yok, CDR’nin kendi dosyalarını asla "
+     L"Standart kullanıcı olarak çalışır; sürücü ve paketleme yok, CDR’nin kendi dosyalarını asla "
      L"değiştirmez"},
     {kTurkish, "safety_3",
-     L"Yazıcı çıkışta otomatik geri alınır; temizlenenler yedeklenir ve tek tıklamayla geri "
-     L"yüklenir"},
+     L"Yazıcı değişikliği çıkışta otomatik geri alınır; temizlenenler yedeklenir, tek tıklamayla "
+     L"geri yüklenir"},
     {kTurkish, "safety_4",
      L"Anonim gönderimler yalnızca modül ve işlev adlarını içerir; gizliliği sunucu zorunlu kılar"},
     {kTurkish, "dev_pdb_hint",
@@ -120,8 +120,8 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "opt_changed", L"Değiştirilen ayar sayısı: %d"},
     {kTurkish, "opt_reboot", L"Değişiklikler CDR yeniden başlatılınca geçerli olur."},
     {kTurkish, "tip_submit",
-     L"Yakalanan yığının özellikleri anonim olarak yüklensin mi?\n(Yalnızca modül ve işlev adları "
-     L"ile CDR sürümü; dosya yolları ve belge içeriği gönderilmez.)\n\nDevam edilsin mi?"},
+     L"Yakalanan yığının özellikleri anonim olarak karşıya yüklensin mi?\n(Yalnızca modül ve işlev "
+     L"adları ile CDR sürümü; dosya yolları ve belge içeriği gönderilmez.)\n\nDevam edilsin mi?"},
     {kTurkish, "tip_slim",
      L"Seçilen dosyalar hafifletilecek:\n  - Görünüm anlık görüntülerini sil (Görünüm "
      L"Yöneticisi’nde sizinkiler dahil TÜM kayıtlı görünümleri siler)\n  - Gereksiz renk "
@@ -167,7 +167,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_submit_done",
      L"Anonim olarak gönderilen çerçeve imzası sayısı: %d. Teşekkürler!"},
     {kTurkish, "log_watchdog_on",
-     L"Donma izleyicisi açık. CDR yanıt vermeyi durdurduğunda günlüğe yazılır."},
+     L"Donma izleyicisi açık. CDR yanıt vermeyi kestiğinde günlüğe yazılır."},
     {kTurkish, "log_watchdog_off", L"Donma izleyicisi kapalı."},
     {kTurkish, "log_pdb_set", L"Sembol klasörü ayarlandı: %s"},
     {kTurkish, "log_leak_base", L"Başlangıç değeri alındı. GDI tanıtıcıları: %d"},
@@ -182,11 +182,11 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_leak_err", L"CDR’nin tanıtıcı sayısı okunamıyor."},
     {kTurkish, "log_leak_report", L"GDI tanıtıcıları: başlangıç %d, şimdi %d"},
     {kTurkish, "log_leak_judge", L"Değerlendirme: %s"},
-    {kTurkish, "log_leak_j0", L"Sorun yok: tanıtıcı sayısı başlangıç değerine yakın"},
+    {kTurkish, "log_leak_j0", L"Sorun yok: tanıtıcı sayısı yeniden başlangıç değerine yakın"},
     {kTurkish, "log_leak_j1",
      L"Dikkat edilmeli: tanıtıcı sayısı başlangıç değerinin üzerinde kalıyor"},
     {kTurkish, "log_leak_j2",
-     L"Sızıntı olası: tanıtıcı sayısı başlangıç değerinin çok üzerinde kalıyor"},
+     L"Sızıntı olasılığı yüksek: tanıtıcı sayısı başlangıç değerinin çok üzerinde kalıyor"},
     {kTurkish, "log_leak_advice",
      L"Çalışmanızı kaydedip CDR’yi yeniden başlatın. Sayı yine artarsa nedeni bulmak için "
      L"eklentileri tek tek devre dışı bırakın."},
