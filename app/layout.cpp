@@ -15,7 +15,8 @@ constexpr float kPadding = 16;
 constexpr float kPageTop = 124;
 
 // The header: the brand, and the tabs under it.
-constexpr RectDip kBrand{kMargin, 16, 160, 28};
+constexpr float kBrandTop = 18;
+constexpr float kBrandHeight = 28;
 constexpr float kTabTop = 62;
 constexpr float kTabHeight = 40;
 constexpr float kTabGap = 8;
@@ -75,8 +76,9 @@ class PageBuilder {
         add(HitKind::button, style, rect, tr(key)).id = id;
     }
 
-    void primaryButton(std::uint32_t id, RectDip rect, const char* key) {
-        add(HitKind::primaryButton, TextStyle::primaryButton, rect, tr(key)).id = id;
+    void primaryButton(std::uint32_t id, RectDip rect, const char* key,
+                       TextStyle style = TextStyle::primaryButton) {
+        add(HitKind::primaryButton, style, rect, tr(key)).id = id;
     }
 
     void label(RectDip rect, std::wstring text) {
@@ -94,11 +96,12 @@ class PageBuilder {
 
 void PageBuilder::tabs() {
     constexpr const char* kTabKeys[kTabCount] = {"tab_diag", "tab_fix", "tab_cloud", "tab_about"};
-    add(HitKind::title, TextStyle::brand, kBrand, tr("brand_title"));
-    const float subtitleLeft =
-        kBrand.x + measure_(tr("brand_title"), TextStyle::brand, kBrand.width).widthDip + kGap;
+    const std::wstring brand = tr("brand_title");
+    const float brandWidth = measure_(brand, TextStyle::brand, input_.clientWidthDip).widthDip + 1;
+    const float subtitleLeft = kMargin + brandWidth + kGap;
+    add(HitKind::title, TextStyle::brand, {kMargin, kBrandTop, brandWidth, kBrandHeight}, brand);
     add(HitKind::subtitle, TextStyle::subtitle,
-        {subtitleLeft, kBrand.y, input_.clientWidthDip - kMargin - subtitleLeft, kBrand.height},
+        {subtitleLeft, kBrandTop, input_.clientWidthDip - kMargin - subtitleLeft, kBrandHeight},
         tr("brand_subtitle"));
 
     float x = kMargin;
@@ -225,7 +228,7 @@ float PageBuilder::cloudPage(PageArea area) {
            "btn_update");
     primaryButton(kSubmitAction,
                   {x + kPadding + half + kGap, operationsTop + kBigButtonTop, half, kButtonHeight},
-                  "btn_submit");
+                  "btn_submit", TextStyle::button);
 
     const float networkTop = operationsTop + kButtonsHeight + kGap;
     card({x, networkTop, w, kButtonsHeight}, "card_network");
