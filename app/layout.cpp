@@ -57,7 +57,7 @@ class PageBuilder {
     float fixPage(PageArea area);
     float cloudPage(PageArea area);
     float aboutPage(PageArea area);
-    float gridCard(RectDip card, const char* titleKey, const char* hintKey);
+    float gridCard(RectDip rect, const char* titleKey, const char* hintKey);
     float hintedHeight(float cardWidth, const char* hintKey) const;
     float languageCard(PageArea area);
 
@@ -250,7 +250,8 @@ float PageBuilder::languageCard(PageArea area) {
     card({x, y, w, height}, "lbl_language");
     for (int i = 0; i < kLanguageCount; ++i) {
         const auto column = static_cast<float>(i % kColumns);
-        const auto row = static_cast<float>(i / kColumns);
+        const int rowIndex = i / kColumns;
+        const auto row = static_cast<float>(rowIndex);
         HitTarget& choice =
             add(HitKind::languageChoice, TextStyle::choice,
                 {x + kPadding + column * (choiceWidth + kChoiceGap),

@@ -1,7 +1,7 @@
 # Options for every target of ours: warnings are errors, and the Windows program is one small file.
 add_compile_options(
   -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wcast-align
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wdouble-promotion -Wformat=2
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2
   -Wimplicit-fallthrough -Wundef)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wduplicated-cond -Wlogical-op)
