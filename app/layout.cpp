@@ -61,8 +61,9 @@ class PageBuilder {
     float hintedHeight(float cardWidth, const char* hintKey) const;
     float languageCard(PageArea area);
 
-    void card(RectDip rect, const char* titleKey) {
-        layout_.cards.push_back({rect, titleKey != nullptr ? tr(titleKey) : L""});
+    void card(RectDip rect, const char* titleKey, float inset = kPadding) {
+        const RectDip title{rect.x + inset, rect.y + 10, rect.width - 2 * inset, 28};
+        layout_.cards.push_back({rect, title, titleKey != nullptr ? tr(titleKey) : L""});
     }
 
     HitTarget& add(HitKind kind, TextStyle style, RectDip rect, std::wstring label) {
@@ -155,7 +156,7 @@ float PageBuilder::diagnosePage(PageArea area) {
     card({x, top, w, kDiagnoseHeight}, "card_diagnose");
     primaryButton(kCaptureAction, {x + kPadding, top + kBigButtonTop, w - 2 * kPadding, 56},
                   "btn_capture");
-    add(HitKind::label, TextStyle::subtitle, {x + kPadding, top + 104, w - 2 * kPadding, 17},
+    add(HitKind::label, TextStyle::caption, {x + kPadding, top + 104, w - 2 * kPadding, 16},
         tr("diag_hint"));
     return top + kDiagnoseHeight;
 }
@@ -165,7 +166,7 @@ float PageBuilder::hintedHeight(float cardWidth, const char* hintKey) const {
 }
 
 float PageBuilder::gridCard(RectDip rect, const char* titleKey, const char* hintKey) {
-    card(rect, titleKey);
+    card(rect, titleKey, kGridInset);
     hint({rect.x + kGridInset, rect.y + kGridHintTop, rect.width - 2 * kGridInset,
           rect.height - kGridHintTop - kGridInset},
          hintKey);
@@ -331,8 +332,4 @@ int hitTest(const std::vector<HitTarget>& targets, PointDip point) {
         }
     }
     return -1;
-}
-
-RectDip cardTitleRect(const Card& card) {
-    return {card.rect.x + kPadding, card.rect.y + 10, card.rect.width - 2 * kPadding, 28};
 }

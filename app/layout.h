@@ -50,6 +50,7 @@ struct HitTarget {
 /// A surface behind elements; only drawn. The title may be empty.
 struct Card {
     RectDip rect;
+    RectDip titleRect;
     std::wstring title;
 };
 
@@ -82,6 +83,3 @@ Layout buildLayout(const LayoutInput& input, const MeasureText& measure);
 
 /// Index of the clickable element under a point, edges included; the one drawn last wins. -1: none.
 int hitTest(const std::vector<HitTarget>& targets, PointDip point);
-
-/// Where a card's title stands.
-RectDip cardTitleRect(const Card& card);

@@ -42,6 +42,8 @@ constexpr FormatRow kFormats[] = {
      DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
     {TextStyle::label, 14, DWRITE_FONT_WEIGHT_NORMAL, DWRITE_TEXT_ALIGNMENT_LEADING,
      DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
+    {TextStyle::caption, 12, DWRITE_FONT_WEIGHT_NORMAL, DWRITE_TEXT_ALIGNMENT_LEADING,
+     DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
     {TextStyle::hint, 13, DWRITE_FONT_WEIGHT_NORMAL, DWRITE_TEXT_ALIGNMENT_LEADING,
      DWRITE_PARAGRAPH_ALIGNMENT_NEAR, true},
     {TextStyle::log, 13, DWRITE_FONT_WEIGHT_NORMAL, DWRITE_TEXT_ALIGNMENT_LEADING,
@@ -223,7 +225,7 @@ void Renderer::drawText(const std::wstring& text, TextStyle style, const RectDip
 
 void Renderer::drawCard(const Card& card) {
     outlinedBox(card.rect, kCardRadius, Colour::outline, Colour::surface);
-    drawText(card.title, TextStyle::cardTitle, cardTitleRect(card), Colour::mainText);
+    drawText(card.title, TextStyle::cardTitle, card.titleRect, Colour::mainText);
 }
 
 void Renderer::drawTarget(const HitTarget& target, bool hovered) {

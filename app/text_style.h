@@ -15,6 +15,7 @@ enum class TextStyle {
     row,
     choice,
     label,
+    caption,
     hint,
     log,
 };

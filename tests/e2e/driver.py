@@ -20,6 +20,7 @@ CLEANUP, RESTORE, SETTINGS, SLIM = 505, 506, 507, 508
 UPDATE, SUBMIT, NETWORK = 509, 510, 511
 COPY, CLEAR, WEBSITE = 980, 981, 9001
 TAB, INSTANCE, LANGUAGE = 300, 4000, 4100
+ACCENT = "#E8590C"
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
 
@@ -53,7 +54,7 @@ def stop(process):
 class Desktop:
     """A display of its own, with a window manager for title bars and focus."""
 
-    def __init__(self, width=1500, height=1200):
+    def __init__(self, width=2200, height=1900):
         self._processes = []
         reader, writer = os.pipe()
         server = subprocess.Popen(
@@ -82,11 +83,16 @@ class Desktop:
         """Ids of the visible windows whose title matches a regular expression."""
         return self.run("xdotool", "search", "--onlyvisible", "--name", title).split()
 
-    def screenshot(self, name):
+    def screenshot(self, name, window="root"):
         OUTPUT.mkdir(parents=True, exist_ok=True)
         path = OUTPUT / f"{name}.png"
-        self.run("import", "-window", "root", str(path), check=True)
+        self.run("import", "-silent", "-window", window, str(path), check=True)
         return path
+
+    def colour_at(self, window, x, y):
+        """The colour of a window's pixel as it is seen, "#RRGGBB"."""
+        text = self.run("import", "-silent", "-window", window, "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-")
+        return next((word for word in text.split() if word.startswith("#") and len(word) == 7), "")
 
     def clipboard(self):
         return self.run("xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING")
@@ -228,8 +234,16 @@ class Mirelo:
         self.click_at(*self.element(ident).centre)
 
     def show(self, tab):
+        """Shows a page and waits until its tab is painted as the current one."""
         self.click(TAB + tab)
         self.tab = tab
+        header = self.element(TAB + tab)
+        x, y = (round(value * self.dpi / 96) for value in (header.x + 10, header.y + 10))
+        wait_for(lambda: self.desktop.colour_at(self.window, x, y) == ACCENT, f"tab {tab} as the current one")
+
+    def screenshot(self, name):
+        """The client area as it is seen."""
+        return self.desktop.screenshot(name, self.window)
 
     def choose_language(self, position):
         self.click(LANGUAGE + position)
