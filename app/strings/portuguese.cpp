@@ -4,7 +4,7 @@
 
 constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "app_title",
-     L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e arquivos mais enxutos - " MIRELO_MAKER},
+     L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos - " MIRELO_MAKER},
     {kPortuguese, "ready_tip",
      L"O Mirelo está pronto. Quando o CDR travar, abra a guia “Diagnóstico” e clique em “Capturar "
      L"agora”."},
@@ -67,7 +67,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_clear", L"Limpar"},
     {kPortuguese, "brand_title", L"Mirelo"},
     {kPortuguese, "brand_subtitle",
-     L"v0.2 - Diagnóstico de travamentos do CDR e arquivos mais enxutos"},
+     L"v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos"},
     {kPortuguese, "safety_1",
      L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação"},
     {kPortuguese, "safety_2",
