@@ -6,8 +6,8 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "app_title",
      L"Mirelo v0.2 - Diagnostika zamrzání CDR a zeštíhlení souborů - " MIRELO_MAKER},
     {kCzech, "ready_tip",
-     L"Mirelo je připraveno. Když CDR zamrzne, přejděte na kartu „Diagnostika“ a klikněte na "
-     L"„Zachytit nyní“."},
+     L"Mirelo je připraveno. Když CDR zamrzne, přejděte na kartu \"Diagnostika\" a klikněte na "
+     L"\"Zachytit nyní\"."},
     {kCzech, "log_sig_local", L"Načtena databáze signatur z místní mezipaměti"},
     {kCzech, "tab_diag", L"Diagnostika"},
     {kCzech, "tab_fix", L"Opravy"},
@@ -50,7 +50,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "btn_clean", L"Vyčistit (se zálohou)"},
     {kCzech, "hint_clean",
      L"Přesune hlášení o pádech, dočasné soubory a mezipaměť miniatur všech verzí CDR do složky "
-     L"záloh; tlačítkem „Obnovit“ je lze kdykoli vrátit."},
+     L"záloh; tlačítkem \"Obnovit\" je lze kdykoli vrátit."},
     {kCzech, "btn_restore", L"Obnovit"},
     {kCzech, "btn_optimize", L"Optimalizovat (se zálohou registru)"},
     {kCzech, "hint_settings",
@@ -97,10 +97,11 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "about_line5",
      L"Žádné vkládání kódu, žádné hooky, žádný běh na pozadí – každou akci spouštíte vy."},
     {kCzech, "about_line6",
-     L"Použití: když CDR zamrzne, vyberte jeho instanci na kartě „Diagnostika“ a klikněte na "
-     L"„Zachytit nyní“."},
+     L"Použití: když CDR zamrzne, vyberte jeho instanci na kartě \"Diagnostika\" a klikněte na "
+     L"\"Zachytit nyní\"."},
     {kCzech, "about_line7",
-     L"Pokud se nenajde odpovídající signatura, klikněte na „Odeslat neznámou signaturu“. Pomůžete "
+     L"Pokud se nenajde odpovídající signatura, klikněte na \"Odeslat neznámou signaturu\". "
+     L"Pomůžete "
      L"tím vylepšit databázi signatur."},
     {kCzech, "btn_site_open", L"Otevřít web"},
     {kCzech, "btn_guide_open", L"Otevřít příručku"},
@@ -138,14 +139,14 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_suspect", L"Podezřelý modul: %s"},
     {kCzech, "log_rule", L"Odpovídající signatura: %s (závažnost: %s)"},
     {kCzech, "log_no_match",
-     L"Nenašla se odpovídající signatura. Kliknutím na „Odeslat neznámou signaturu“ můžete "
+     L"Nenašla se odpovídající signatura. Kliknutím na \"Odeslat neznámou signaturu\" můžete "
      L"anonymně přispět do společné databáze."},
     {kCzech, "log_fallback",
      L"Automatické zařazení se nezdařilo. Zkopírujte nezpracovaný zásobník, nebo klikněte na "
-     L"„Odeslat neznámou signaturu“ a pomozte vylepšit databázi signatur."},
+     L"\"Odeslat neznámou signaturu\" a pomozte vylepšit databázi signatur."},
     {kCzech, "log_stack_hdr", L"--- Horních 8 rámců ---"},
     {kCzech, "log_responsive",
-     L"Hlavní vlákno CDR právě odpovídá. Až CDR zamrzne, klikněte na „Zachytit nyní“ znovu."},
+     L"Hlavní vlákno CDR právě odpovídá. Až CDR zamrzne, klikněte na \"Zachytit nyní\" znovu."},
     {kCzech, "log_responsive_ok", L"CDR odpovídá normálně."},
     {kCzech, "log_metrics_hdr", L"===== Ukazatele ====="},
     {kCzech, "log_env_title", L"===== Kontrola prostředí ====="},
@@ -156,12 +157,12 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_env_risk", L"Kontrola dokončena. Položky vyžadující pozornost: %d"},
     {kCzech, "log_env_ok", L"Kontrola dokončena. Nebyla nalezena žádná rizika."},
     {kCzech, "log_refresh", L"Seznam načten. Instance CDR: %d"},
-    {kCzech, "log_no_cdr", L"Nebylo nalezeno spuštěné CDR. Spusťte CDR a klikněte na „Načíst“."},
+    {kCzech, "log_no_cdr", L"Nebylo nalezeno spuštěné CDR. Spusťte CDR a klikněte na \"Načíst\"."},
     {kCzech, "log_net_off", L"Síť je vypnutá (lze ji zapnout v nastavení)"},
     {kCzech, "log_cloud_update", L"Aktualizace signatur..."},
     {kCzech, "log_cloud_done", L"Signatury byly aktualizovány na v%d (pravidla: %d)"},
     {kCzech, "log_submit_no",
-     L"Zatím nejsou zachycena žádná data. Nejprve použijte „Zachytit nyní“; odesílejte, pokud se "
+     L"Zatím nejsou zachycena žádná data. Nejprve použijte \"Zachytit nyní\"; odesílejte, pokud se "
      L"nenajde odpovídající signatura."},
     {kCzech, "log_submit_done", L"Anonymně odeslané signatury rámců: %d. Děkujeme!"},
     {kCzech, "log_watchdog_on",
@@ -170,10 +171,10 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_pdb_set", L"Nastavena složka symbolů: %s"},
     {kCzech, "log_leak_base", L"Výchozí stav uložen. Popisovače GDI: %d"},
     {kCzech, "log_leak_go",
-     L"Nyní pracujte v CDR jako obvykle a potom klikněte na „Porovnat s výchozím stavem“."},
+     L"Nyní pracujte v CDR jako obvykle a potom klikněte na \"Porovnat s výchozím stavem\"."},
     {kCzech, "log_leak_settle", L"Čeká se, až se počet popisovačů ustálí..."},
     {kCzech, "log_leak_nobase",
-     L"Výchozí stav zatím není uložen. Nejprve klikněte na „Uložit výchozí stav“."},
+     L"Výchozí stav zatím není uložen. Nejprve klikněte na \"Uložit výchozí stav\"."},
     {kCzech, "log_leak_nopid",
      L"Instance CDR z výchozího stavu už neběží. Uložte nový výchozí stav."},
     {kCzech, "log_leak_err", L"Počet popisovačů CDR nelze zjistit."},

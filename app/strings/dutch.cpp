@@ -6,8 +6,8 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "app_title",
      L"Mirelo v0.2 - CDR-vastlopers diagnosticeren, bestanden afslanken - " MIRELO_MAKER},
     {kDutch, "ready_tip",
-     L"Mirelo is gereed. Als CDR vastloopt, gaat u naar het tabblad ‘Diagnose’ en klikt u op ‘Nu "
-     L"vastleggen’."},
+     L"Mirelo is gereed. Als CDR vastloopt, gaat u naar het tabblad 'Diagnose' en klikt u op 'Nu "
+     L"vastleggen'."},
     {kDutch, "log_sig_local", L"Signaturendatabase uit de lokale cache geladen"},
     {kDutch, "tab_diag", L"Diagnose"},
     {kDutch, "tab_fix", L"Oplossen"},
@@ -51,7 +51,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "btn_clean", L"Opschonen (met back-up)"},
     {kDutch, "hint_clean",
      L"Verplaatst crashrapporten, tijdelijke bestanden en miniatuurcaches van alle CDR-versies "
-     L"naar een back-upmap; met ‘Terugzetten’ maakt u dit op elk moment ongedaan."},
+     L"naar een back-upmap; met 'Terugzetten' maakt u dit op elk moment ongedaan."},
     {kDutch, "btn_restore", L"Terugzetten"},
     {kDutch, "btn_optimize", L"Optimaliseren (met back-up van het register)"},
     {kDutch, "hint_settings",
@@ -100,10 +100,10 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "about_line5",
      L"Geen code-injectie, geen hooks, niets op de achtergrond: u start elke actie zelf."},
     {kDutch, "about_line6",
-     L"Zo werkt het: als CDR vastloopt, selecteert u het exemplaar op het tabblad ‘Diagnose’ en "
-     L"klikt u op ‘Nu vastleggen’."},
+     L"Zo werkt het: als CDR vastloopt, selecteert u het exemplaar op het tabblad 'Diagnose' en "
+     L"klikt u op 'Nu vastleggen'."},
     {kDutch, "about_line7",
-     L"Als geen enkele signatuur overeenkomt, klikt u op ‘Onbekende signatuur verzenden’ om de "
+     L"Als geen enkele signatuur overeenkomt, klikt u op 'Onbekende signatuur verzenden' om de "
      L"signaturendatabase te helpen verbeteren."},
     {kDutch, "btn_site_open", L"Website openen"},
     {kDutch, "btn_guide_open", L"Gebruikershandleiding openen"},
@@ -136,21 +136,21 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
      L"opnieuw)\nVan elk bestand wordt eerst naast het origineel een back-up als .mirelobak "
      L"gemaakt.\nZorg ervoor dat deze bestanden nu NIET in CDR zijn geopend. Wilt u doorgaan?"},
     {kDutch, "log_no_instance", L"Selecteer eerst een CDR-exemplaar."},
-    {kDutch, "log_capturing", L"De stack van de hoofdthread van CDR wordt vastgelegd…"},
+    {kDutch, "log_capturing", L"De stack van de hoofdthread van CDR wordt vastgelegd..."},
     {kDutch, "log_capture_ok", L"Vastleggen voltooid. Frames: %d"},
     {kDutch, "log_capture_err", L"Vastleggen mislukt: %s"},
     {kDutch, "log_category", L"Categorie: %s"},
     {kDutch, "log_suspect", L"Verdachte module: %s"},
     {kDutch, "log_rule", L"Overeenkomende signatuur: %s (ernst: %s)"},
     {kDutch, "log_no_match",
-     L"Geen overeenkomende signatuur. Met ‘Onbekende signatuur verzenden’ draagt u anoniem bij aan "
+     L"Geen overeenkomende signatuur. Met 'Onbekende signatuur verzenden' draagt u anoniem bij aan "
      L"de gemeenschappelijke database."},
     {kDutch, "log_fallback",
-     L"Automatisch indelen is niet gelukt. Kopieer de onbewerkte stack of klik op ‘Onbekende "
-     L"signatuur verzenden’ om de signaturendatabase te helpen verbeteren."},
+     L"Automatisch indelen is niet gelukt. Kopieer de onbewerkte stack of klik op 'Onbekende "
+     L"signatuur verzenden' om de signaturendatabase te helpen verbeteren."},
     {kDutch, "log_stack_hdr", L"--- Bovenste 8 frames ---"},
     {kDutch, "log_responsive",
-     L"De hoofdthread van CDR reageert op dit moment. Klik opnieuw op ‘Nu vastleggen’ terwijl CDR "
+     L"De hoofdthread van CDR reageert op dit moment. Klik opnieuw op 'Nu vastleggen' terwijl CDR "
      L"vastzit."},
     {kDutch, "log_responsive_ok", L"CDR reageert normaal."},
     {kDutch, "log_metrics_hdr", L"===== Meetwaarden ====="},
@@ -160,15 +160,15 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "log_env_gdi", L"GDI-handlequotum"},
     {kDutch, "log_env_mem", L"Fysiek geheugen"},
     {kDutch, "log_env_risk", L"Controle voltooid. Aandachtspunten: %d"},
-    {kDutch, "log_env_ok", L"Controle voltooid. Geen risico’s gevonden."},
+    {kDutch, "log_env_ok", L"Controle voltooid. Geen risico's gevonden."},
     {kDutch, "log_refresh", L"Lijst vernieuwd. CDR-exemplaren: %d"},
     {kDutch, "log_no_cdr",
-     L"Er is geen actief CDR-exemplaar gevonden. Start CDR en klik op ‘Vernieuwen’."},
+     L"Er is geen actief CDR-exemplaar gevonden. Start CDR en klik op 'Vernieuwen'."},
     {kDutch, "log_net_off", L"Netwerk uitgeschakeld (kan worden ingeschakeld in de instellingen)"},
-    {kDutch, "log_cloud_update", L"Signaturen worden bijgewerkt…"},
+    {kDutch, "log_cloud_update", L"Signaturen worden bijgewerkt..."},
     {kDutch, "log_cloud_done", L"Signaturen bijgewerkt naar v%d (%d regels)"},
     {kDutch, "log_submit_no",
-     L"Er is nog niets vastgelegd. Gebruik eerst ‘Nu vastleggen’ en verzend als er geen signatuur "
+     L"Er is nog niets vastgelegd. Gebruik eerst 'Nu vastleggen' en verzend als er geen signatuur "
      L"overeenkomt."},
     {kDutch, "log_submit_done", L"Anoniem verzonden framesignaturen: %d. Hartelijk dank!"},
     {kDutch, "log_watchdog_on",
@@ -178,9 +178,9 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "log_pdb_set", L"Symboolmap ingesteld: %s"},
     {kDutch, "log_leak_base", L"Basislijn gemeten. GDI-handles: %d"},
     {kDutch, "log_leak_go",
-     L"Werk nu zoals gewoonlijk in CDR en klik daarna op ‘Vergelijken met basislijn’."},
-    {kDutch, "log_leak_settle", L"Wachten tot het aantal handles stabiel is…"},
-    {kDutch, "log_leak_nobase", L"Er is nog geen basislijn. Klik eerst op ‘Basislijn meten’."},
+     L"Werk nu zoals gewoonlijk in CDR en klik daarna op 'Vergelijken met basislijn'."},
+    {kDutch, "log_leak_settle", L"Wachten tot het aantal handles stabiel is..."},
+    {kDutch, "log_leak_nobase", L"Er is nog geen basislijn. Klik eerst op 'Basislijn meten'."},
     {kDutch, "log_leak_nopid",
      L"Het CDR-exemplaar van de basislijn is niet meer actief. Meet een nieuwe basislijn."},
     {kDutch, "log_leak_err", L"Kan het aantal handles van CDR niet lezen."},

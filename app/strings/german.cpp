@@ -6,8 +6,8 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "app_title",
      L"Mirelo v0.2 - CDR-Hänger diagnostizieren, Dateien verschlanken - " MIRELO_MAKER},
     {kGerman, "ready_tip",
-     L"Mirelo ist bereit. Wenn CDR hängt, wechseln Sie zur Registerkarte „Diagnose“ und klicken "
-     L"Sie auf „Jetzt erfassen“."},
+     L"Mirelo ist bereit. Wenn CDR hängt, wechseln Sie zur Registerkarte \"Diagnose\" und klicken "
+     L"Sie auf \"Jetzt erfassen\"."},
     {kGerman, "log_sig_local", L"Signaturdatenbank aus dem lokalen Cache geladen"},
     {kGerman, "tab_diag", L"Diagnose"},
     {kGerman, "tab_fix", L"Abhilfe"},
@@ -51,7 +51,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "btn_clean", L"Sichern und bereinigen"},
     {kGerman, "hint_clean",
      L"Verschiebt Absturzberichte, temporäre Dateien und Miniaturansichten-Caches aller "
-     L"CDR-Versionen in einen Sicherungsordner; mit „Wiederherstellen“ jederzeit umkehrbar."},
+     L"CDR-Versionen in einen Sicherungsordner; mit \"Wiederherstellen\" jederzeit umkehrbar."},
     {kGerman, "btn_restore", L"Wiederherstellen"},
     {kGerman, "btn_optimize", L"Optimieren (Registrierung wird gesichert)"},
     {kGerman, "hint_settings",
@@ -101,10 +101,12 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Keine Code-Injektion, keine Hooks, nichts im Hintergrund – Sie lösen jede Aktion selbst "
      L"aus."},
     {kGerman, "about_line6",
-     L"So geht es: Wenn CDR hängt, wählen Sie auf der Registerkarte „Diagnose“ die Instanz aus und "
-     L"klicken Sie auf „Jetzt erfassen“."},
+     L"So geht es: Wenn CDR hängt, wählen Sie auf der Registerkarte \"Diagnose\" die Instanz aus "
+     L"und "
+     L"klicken Sie auf \"Jetzt erfassen\"."},
     {kGerman, "about_line7",
-     L"Wenn keine Signatur passt, klicken Sie auf „Unbekannte Signatur senden“ und helfen Sie so, "
+     L"Wenn keine Signatur passt, klicken Sie auf \"Unbekannte Signatur senden\" und helfen Sie "
+     L"so, "
      L"die Signaturdatenbank zu verbessern."},
     {kGerman, "btn_site_open", L"Website öffnen"},
     {kGerman, "btn_guide_open", L"Benutzerhandbuch öffnen"},
@@ -139,22 +141,25 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Datei wird zuvor neben dem Original als .mirelobak gesichert.\nStellen Sie sicher, dass "
      L"diese Dateien gerade NICHT in CDR geöffnet sind. Möchten Sie fortfahren?"},
     {kGerman, "log_no_instance", L"Bitte wählen Sie zuerst eine CDR-Instanz aus."},
-    {kGerman, "log_capturing", L"Der Aufrufstapel des CDR-Hauptthreads wird erfasst…"},
+    {kGerman, "log_capturing", L"Der Aufrufstapel des CDR-Hauptthreads wird erfasst..."},
     {kGerman, "log_capture_ok", L"Erfassung abgeschlossen. Frames: %d"},
     {kGerman, "log_capture_err", L"Erfassung fehlgeschlagen: %s"},
     {kGerman, "log_category", L"Kategorie: %s"},
     {kGerman, "log_suspect", L"Verdächtiges Modul: %s"},
     {kGerman, "log_rule", L"Passende Signatur: %s (Schweregrad: %s)"},
     {kGerman, "log_no_match",
-     L"Keine passende Signatur. Mit „Unbekannte Signatur senden“ können Sie anonym zur gemeinsamen "
+     L"Keine passende Signatur. Mit \"Unbekannte Signatur senden\" können Sie anonym zur "
+     L"gemeinsamen "
      L"Datenbank beitragen."},
     {kGerman, "log_fallback",
      L"Eine automatische Zuordnung war nicht möglich. Kopieren Sie den unbearbeiteten Aufrufstapel "
-     L"oder klicken Sie auf „Unbekannte Signatur senden“ und helfen Sie so, die Signaturdatenbank "
+     L"oder klicken Sie auf \"Unbekannte Signatur senden\" und helfen Sie so, die "
+     L"Signaturdatenbank "
      L"zu verbessern."},
     {kGerman, "log_stack_hdr", L"--- Oberste 8 Frames ---"},
     {kGerman, "log_responsive",
-     L"Der Hauptthread von CDR reagiert derzeit. Klicken Sie erneut auf „Jetzt erfassen“, während "
+     L"Der Hauptthread von CDR reagiert derzeit. Klicken Sie erneut auf \"Jetzt erfassen\", "
+     L"während "
      L"CDR hängt."},
     {kGerman, "log_responsive_ok", L"CDR reagiert normal."},
     {kGerman, "log_metrics_hdr", L"===== Messwerte ====="},
@@ -167,13 +172,14 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_env_ok", L"Prüfung abgeschlossen. Keine Risiken gefunden."},
     {kGerman, "log_refresh", L"Liste neu geladen. CDR-Instanzen: %d"},
     {kGerman, "log_no_cdr",
-     L"Keine laufende CDR-Instanz gefunden. Starten Sie CDR und klicken Sie dann auf „Neu laden“."},
+     L"Keine laufende CDR-Instanz gefunden. Starten Sie CDR und klicken Sie dann auf \"Neu "
+     L"laden\"."},
     {kGerman, "log_net_off",
      L"Netzwerk ausgeschaltet (kann in den Einstellungen eingeschaltet werden)"},
-    {kGerman, "log_cloud_update", L"Signaturen werden aktualisiert…"},
+    {kGerman, "log_cloud_update", L"Signaturen werden aktualisiert..."},
     {kGerman, "log_cloud_done", L"Signaturen auf v%d aktualisiert (%d Regeln)"},
     {kGerman, "log_submit_no",
-     L"Noch keine erfassten Daten. Verwenden Sie zuerst „Jetzt erfassen“ und senden Sie, wenn "
+     L"Noch keine erfassten Daten. Verwenden Sie zuerst \"Jetzt erfassen\" und senden Sie, wenn "
      L"keine Signatur passt."},
     {kGerman, "log_submit_done", L"Anonym gesendete Frame-Signaturen: %d. Vielen Dank!"},
     {kGerman, "log_watchdog_on",
@@ -182,10 +188,11 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_pdb_set", L"Symbolordner festgelegt: %s"},
     {kGerman, "log_leak_base", L"Basiswert erfasst. GDI-Handles: %d"},
     {kGerman, "log_leak_go",
-     L"Arbeiten Sie nun wie gewohnt in CDR und klicken Sie dann auf „Mit Basiswert vergleichen“."},
-    {kGerman, "log_leak_settle", L"Es wird gewartet, bis die Handle-Anzahl stabil ist…"},
+     L"Arbeiten Sie nun wie gewohnt in CDR und klicken Sie dann auf \"Mit Basiswert "
+     L"vergleichen\"."},
+    {kGerman, "log_leak_settle", L"Es wird gewartet, bis die Handle-Anzahl stabil ist..."},
     {kGerman, "log_leak_nobase",
-     L"Noch kein Basiswert vorhanden. Klicken Sie zuerst auf „Basiswert erfassen“."},
+     L"Noch kein Basiswert vorhanden. Klicken Sie zuerst auf \"Basiswert erfassen\"."},
     {kGerman, "log_leak_nopid",
      L"Die CDR-Instanz des Basiswerts wird nicht mehr ausgeführt. Erfassen Sie einen neuen "
      L"Basiswert."},

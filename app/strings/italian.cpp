@@ -6,8 +6,8 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "app_title",
      L"Mirelo v0.2 - Diagnosi dei blocchi di CDR e alleggerimento dei file - " MIRELO_MAKER},
     {kItalian, "ready_tip",
-     L"Mirelo è pronto. Quando CDR si blocca, passare alla scheda “Diagnosi” e fare clic su "
-     L"“Acquisisci ora”."},
+     L"Mirelo è pronto. Quando CDR si blocca, passare alla scheda \"Diagnosi\" e fare clic su "
+     L"\"Acquisisci ora\"."},
     {kItalian, "log_sig_local", L"Database delle firme caricato dalla cache locale"},
     {kItalian, "tab_diag", L"Diagnosi"},
     {kItalian, "tab_fix", L"Correzioni"},
@@ -17,7 +17,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "card_cdr_instance", L"Istanza di CDR"},
     {kItalian, "card_diagnose", L"Diagnosi - trovare il colpevole"},
     {kItalian, "card_fileslim", L"File più leggeri - il vero rimedio"},
-    {kItalian, "card_scan", L"Controllo dell’ambiente"},
+    {kItalian, "card_scan", L"Controllo dell'ambiente"},
     {kItalian, "card_printer", L"Stampante"},
     {kItalian, "card_cleanup", L"Pulizia delle cache"},
     {kItalian, "card_cdrsettings", L"Impostazioni di CDR"},
@@ -47,12 +47,12 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "btn_printer", L"Cambio temporaneo (ripristino automatico)"},
     {kItalian, "hint_printer",
      L"Imposta temporaneamente Microsoft Print to PDF come stampante predefinita per evitare "
-     L"stampanti di rete lente; all’uscita ripristina automaticamente la stampante originale."},
+     L"stampanti di rete lente; all'uscita ripristina automaticamente la stampante originale."},
     {kItalian, "btn_clean", L"Pulisci (con backup)"},
     {kItalian, "hint_clean",
      L"Sposta in una cartella di backup i rapporti di arresto anomalo, i file temporanei e le "
      L"cache delle miniature di ogni versione di CDR; annullabile in ogni momento con "
-     L"“Ripristina”."},
+     L"\"Ripristina\"."},
     {kItalian, "btn_restore", L"Ripristina"},
     {kItalian, "btn_optimize", L"Ottimizza (con backup del Registro)"},
     {kItalian, "hint_settings",
@@ -70,12 +70,12 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "brand_subtitle", L"v0.2 - Diagnosi dei blocchi di CDR e alleggerimento dei file"},
     {kItalian, "safety_1",
      L"Nessuna iniezione di codice, nessun hook, niente in background: ogni azione parte "
-     L"dall’utente"},
+     L"dall'utente"},
     {kItalian, "safety_2",
      L"Eseguito come utente standard, senza driver né packer; non modifica mai i file del "
      L"programma CDR"},
     {kItalian, "safety_3",
-     L"Stampante ripristinata automaticamente all’uscita; pulizia con backup e ripristino con un "
+     L"Stampante ripristinata automaticamente all'uscita; pulizia con backup e ripristino con un "
      L"clic"},
     {kItalian, "safety_4",
      L"Gli invii anonimi contengono solo nomi di moduli e funzioni; il server impone il rispetto "
@@ -100,15 +100,16 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"Verifica le cause di blocco più comuni e propone correzioni che si possono annullare."},
     {kItalian, "about_line5",
      L"Nessuna iniezione di codice, nessun hook, niente in background: ogni azione parte "
-     L"dall’utente."},
+     L"dall'utente."},
     {kItalian, "about_line6",
-     L"Come si usa: quando CDR si blocca, selezionare la relativa istanza nella scheda “Diagnosi” "
-     L"e fare clic su “Acquisisci ora”."},
+     L"Come si usa: quando CDR si blocca, selezionare la relativa istanza nella scheda "
+     L"\"Diagnosi\" "
+     L"e fare clic su \"Acquisisci ora\"."},
     {kItalian, "about_line7",
-     L"Se nessuna firma corrisponde, fare clic su “Invia firma sconosciuta” per contribuire a "
+     L"Se nessuna firma corrisponde, fare clic su \"Invia firma sconosciuta\" per contribuire a "
      L"migliorare il database delle firme."},
     {kItalian, "btn_site_open", L"Apri il sito Web"},
-    {kItalian, "btn_guide_open", L"Apri la guida per l’utente"},
+    {kItalian, "btn_guide_open", L"Apri la guida per l'utente"},
     {kItalian, "btn_close", L"Chiudi"},
     {kItalian, "lbl_language", L"Lingua"},
     {kItalian, "tip_printer_switch",
@@ -117,7 +118,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"Mirelo.\n\nContinuare?"},
     {kItalian, "printer_switched",
      L"Stampante cambiata. Stampante predefinita originale: %s (ripristinata automaticamente "
-     L"all’uscita)"},
+     L"all'uscita)"},
     {kItalian, "printer_reverted", L"Stampante predefinita ripristinata: %s"},
     {kItalian, "printer_orig_err",
      L"Impossibile ripristinare la stampante predefinita originale: %s"},
@@ -137,29 +138,29 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"(cancella TUTTE le viste salvate in Gestione viste, comprese quelle personali)\n  - "
      L"Rimozione degli stili colore superflui (verificato: i colori degli oggetti non cambiano)\n  "
      L"- Eliminazione delle cache di anteprime e miniature (ricreate automaticamente da CDR "
-     L"all’apertura)\nDi ogni file si crea prima un backup .mirelobak accanto "
-     L"all’originale.\nAssicurarsi che questi file NON siano aperti in CDR in questo momento. "
+     L"all'apertura)\nDi ogni file si crea prima un backup .mirelobak accanto "
+     L"all'originale.\nAssicurarsi che questi file NON siano aperti in CDR in questo momento. "
      L"Continuare?"},
-    {kItalian, "log_no_instance", L"Selezionare prima un’istanza di CDR."},
-    {kItalian, "log_capturing", L"Acquisizione dello stack del thread principale di CDR…"},
+    {kItalian, "log_no_instance", L"Selezionare prima un'istanza di CDR."},
+    {kItalian, "log_capturing", L"Acquisizione dello stack del thread principale di CDR..."},
     {kItalian, "log_capture_ok", L"Acquisizione completata. Frame: %d"},
     {kItalian, "log_capture_err", L"Acquisizione non riuscita: %s"},
     {kItalian, "log_category", L"Categoria: %s"},
     {kItalian, "log_suspect", L"Modulo sospetto: %s"},
     {kItalian, "log_rule", L"Firma corrispondente: %s (gravità: %s)"},
     {kItalian, "log_no_match",
-     L"Nessuna firma corrispondente. Con “Invia firma sconosciuta” è possibile contribuire in "
+     L"Nessuna firma corrispondente. Con \"Invia firma sconosciuta\" è possibile contribuire in "
      L"forma anonima al database comune."},
     {kItalian, "log_fallback",
      L"Classificazione automatica non riuscita. Copiare lo stack non elaborato o fare clic su "
-     L"“Invia firma sconosciuta” per contribuire a migliorare il database delle firme."},
+     L"\"Invia firma sconosciuta\" per contribuire a migliorare il database delle firme."},
     {kItalian, "log_stack_hdr", L"--- Primi 8 frame ---"},
     {kItalian, "log_responsive",
-     L"Il thread principale di CDR al momento risponde. Fare di nuovo clic su “Acquisisci ora” "
+     L"Il thread principale di CDR al momento risponde. Fare di nuovo clic su \"Acquisisci ora\" "
      L"durante un blocco."},
     {kItalian, "log_responsive_ok", L"CDR risponde normalmente."},
     {kItalian, "log_metrics_hdr", L"===== Metriche ====="},
-    {kItalian, "log_env_title", L"===== Controllo dell’ambiente ====="},
+    {kItalian, "log_env_title", L"===== Controllo dell'ambiente ====="},
     {kItalian, "log_env_printer", L"Stampante predefinita"},
     {kItalian, "log_env_fonts", L"Tipi di carattere installati"},
     {kItalian, "log_env_gdi", L"Quota di handle GDI"},
@@ -169,12 +170,13 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_refresh", L"Elenco aggiornato. Istanze di CDR: %d"},
     {kItalian, "log_no_cdr",
      L"Non è stata trovata alcuna istanza di CDR in esecuzione. Avviare CDR, quindi fare clic su "
-     L"“Aggiorna”."},
+     L"\"Aggiorna\"."},
     {kItalian, "log_net_off", L"Rete disattivata (può essere attivata nelle impostazioni)"},
-    {kItalian, "log_cloud_update", L"Aggiornamento delle firme…"},
+    {kItalian, "log_cloud_update", L"Aggiornamento delle firme..."},
     {kItalian, "log_cloud_done", L"Firme aggiornate alla v%d (%d regole)"},
     {kItalian, "log_submit_no",
-     L"Nessun dato acquisito. Usare prima “Acquisisci ora”; inviare se nessuna firma corrisponde."},
+     L"Nessun dato acquisito. Usare prima \"Acquisisci ora\"; inviare se nessuna firma "
+     L"corrisponde."},
     {kItalian, "log_submit_done", L"Firme di frame inviate in forma anonima: %d. Grazie!"},
     {kItalian, "log_watchdog_on",
      L"Monitoraggio dei blocchi attivato. Il log segnala quando CDR smette di rispondere."},
@@ -182,12 +184,12 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_pdb_set", L"Cartella dei simboli impostata: %s"},
     {kItalian, "log_leak_base", L"Riferimento rilevato. Handle GDI: %d"},
     {kItalian, "log_leak_go",
-     L"Lavorare ora normalmente in CDR, quindi fare clic su “Confronta con il riferimento”."},
-    {kItalian, "log_leak_settle", L"In attesa che il numero di handle si stabilizzi…"},
+     L"Lavorare ora normalmente in CDR, quindi fare clic su \"Confronta con il riferimento\"."},
+    {kItalian, "log_leak_settle", L"In attesa che il numero di handle si stabilizzi..."},
     {kItalian, "log_leak_nobase",
-     L"Nessun riferimento disponibile. Fare prima clic su “Rileva il riferimento”."},
+     L"Nessun riferimento disponibile. Fare prima clic su \"Rileva il riferimento\"."},
     {kItalian, "log_leak_nopid",
-     L"L’istanza di CDR del riferimento non è più in esecuzione. Rilevare un nuovo riferimento."},
+     L"L'istanza di CDR del riferimento non è più in esecuzione. Rilevare un nuovo riferimento."},
     {kItalian, "log_leak_err", L"Impossibile leggere il numero di handle di CDR."},
     {kItalian, "log_leak_report", L"Handle GDI: riferimento %d, ora %d"},
     {kItalian, "log_leak_judge", L"Valutazione: %s"},
@@ -218,7 +220,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_restore_done", L"Ripristino completato. File ripristinati: %d"},
     {kItalian, "log_switch_need_cdr", L"Avviare CDR prima di cambiare la stampante."},
     {kItalian, "log_switch_no",
-     L"Cambio non riuscito (la stampante è già virtuale o l’operazione è bloccata dai criteri)."},
+     L"Cambio non riuscito (la stampante è già virtuale o l'operazione è bloccata dai criteri)."},
     {kItalian, "warn_clean_in_use",
      L"CorelDRAW è in esecuzione; i file in uso verranno ignorati.\n\nContinuare?"},
 };

@@ -6,8 +6,8 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "app_title",
      L"Mirelo v0.2 - Diagnostyka zawieszeń CDR i odchudzanie plików - " MIRELO_MAKER},
     {kPolish, "ready_tip",
-     L"Program Mirelo jest gotowy. Gdy CDR się zawiesi, przejdź na kartę „Diagnoza” i kliknij "
-     L"przycisk „Przechwyć teraz”."},
+     L"Program Mirelo jest gotowy. Gdy CDR się zawiesi, przejdź na kartę \"Diagnoza\" i kliknij "
+     L"przycisk \"Przechwyć teraz\"."},
     {kPolish, "log_sig_local", L"Wczytano bazę sygnatur z lokalnej pamięci podręcznej"},
     {kPolish, "tab_diag", L"Diagnoza"},
     {kPolish, "tab_fix", L"Naprawa"},
@@ -50,7 +50,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "btn_clean", L"Wyczyść (z kopią)"},
     {kPolish, "hint_clean",
      L"Przenosi raporty o awariach, pliki tymczasowe i pamięć podręczną miniatur wszystkich wersji "
-     L"CDR do folderu kopii zapasowych; przycisk „Przywróć” w każdej chwili cofa zmiany."},
+     L"CDR do folderu kopii zapasowych; przycisk \"Przywróć\" w każdej chwili cofa zmiany."},
     {kPolish, "btn_restore", L"Przywróć"},
     {kPolish, "btn_optimize", L"Optymalizuj (z kopią rejestru)"},
     {kPolish, "hint_settings",
@@ -99,10 +99,12 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"Bez wstrzykiwania kodu, przechwytywania wywołań i pracy w tle – każdą czynność uruchamia "
      L"użytkownik."},
     {kPolish, "about_line6",
-     L"Sposób użycia: gdy CDR się zawiesi, wybierz jego wystąpienie na karcie „Diagnoza” i kliknij "
-     L"przycisk „Przechwyć teraz”."},
+     L"Sposób użycia: gdy CDR się zawiesi, wybierz jego wystąpienie na karcie \"Diagnoza\" i "
+     L"kliknij "
+     L"przycisk \"Przechwyć teraz\"."},
     {kPolish, "about_line7",
-     L"Jeśli nie pasuje żadna sygnatura, kliknij przycisk „Prześlij nieznaną sygnaturę”, aby pomóc "
+     L"Jeśli nie pasuje żadna sygnatura, kliknij przycisk \"Prześlij nieznaną sygnaturę\", aby "
+     L"pomóc "
      L"ulepszyć bazę sygnatur."},
     {kPolish, "btn_site_open", L"Otwórz witrynę"},
     {kPolish, "btn_guide_open", L"Otwórz podręcznik"},
@@ -142,14 +144,14 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "log_suspect", L"Podejrzany moduł: %s"},
     {kPolish, "log_rule", L"Dopasowana sygnatura: %s (poziom ważności: %s)"},
     {kPolish, "log_no_match",
-     L"Nie pasuje żadna sygnatura – możesz kliknąć przycisk „Prześlij nieznaną sygnaturę”, aby "
+     L"Nie pasuje żadna sygnatura – możesz kliknąć przycisk \"Prześlij nieznaną sygnaturę\", aby "
      L"anonimowo zasilić wspólną bazę."},
     {kPolish, "log_fallback",
      L"Nie udało się sklasyfikować automatycznie. Skopiuj nieprzetworzony stos lub kliknij "
-     L"przycisk „Prześlij nieznaną sygnaturę”, aby pomóc ulepszyć bazę sygnatur."},
+     L"przycisk \"Prześlij nieznaną sygnaturę\", aby pomóc ulepszyć bazę sygnatur."},
     {kPolish, "log_stack_hdr", L"--- 8 górnych ramek ---"},
     {kPolish, "log_responsive",
-     L"Wątek główny CDR teraz odpowiada. Kliknij ponownie przycisk „Przechwyć teraz” podczas "
+     L"Wątek główny CDR teraz odpowiada. Kliknij ponownie przycisk \"Przechwyć teraz\" podczas "
      L"zawieszenia."},
     {kPolish, "log_responsive_ok", L"CDR odpowiada prawidłowo."},
     {kPolish, "log_metrics_hdr", L"===== Wskaźniki ====="},
@@ -162,12 +164,12 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "log_env_ok", L"Sprawdzanie zakończone. Nie znaleziono zagrożeń."},
     {kPolish, "log_refresh", L"Odświeżono listę. Wystąpienia CDR: %d"},
     {kPolish, "log_no_cdr",
-     L"Nie znaleziono uruchomionego programu CDR. Uruchom CDR i kliknij przycisk „Odśwież”."},
+     L"Nie znaleziono uruchomionego programu CDR. Uruchom CDR i kliknij przycisk \"Odśwież\"."},
     {kPolish, "log_net_off", L"Sieć jest wyłączona (można ją włączyć w ustawieniach)"},
     {kPolish, "log_cloud_update", L"Aktualizowanie sygnatur..."},
     {kPolish, "log_cloud_done", L"Zaktualizowano sygnatury do v%d (reguły: %d)"},
     {kPolish, "log_submit_no",
-     L"Brak danych przechwytywania. Najpierw użyj przycisku „Przechwyć teraz”; prześlij dane, "
+     L"Brak danych przechwytywania. Najpierw użyj przycisku \"Przechwyć teraz\"; prześlij dane, "
      L"jeśli nie pasuje żadna sygnatura."},
     {kPolish, "log_submit_done", L"Anonimowo przesłane sygnatury ramek: %d. Dziękujemy!"},
     {kPolish, "log_watchdog_on",
@@ -176,10 +178,11 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "log_pdb_set", L"Ustawiono folder symboli: %s"},
     {kPolish, "log_leak_base", L"Zapisano stan bazowy. Uchwyty GDI: %d"},
     {kPolish, "log_leak_go",
-     L"Teraz pracuj w CDR jak zwykle, a następnie kliknij przycisk „Porównaj ze stanem bazowym”."},
+     L"Teraz pracuj w CDR jak zwykle, a następnie kliknij przycisk \"Porównaj ze stanem "
+     L"bazowym\"."},
     {kPolish, "log_leak_settle", L"Oczekiwanie na ustabilizowanie się liczby uchwytów..."},
     {kPolish, "log_leak_nobase",
-     L"Brak stanu bazowego. Najpierw kliknij przycisk „Zapisz stan bazowy”."},
+     L"Brak stanu bazowego. Najpierw kliknij przycisk \"Zapisz stan bazowy\"."},
     {kPolish, "log_leak_nopid",
      L"Wystąpienie CDR ze stanu bazowego nie jest już uruchomione. Zapisz nowy stan bazowy."},
     {kPolish, "log_leak_err", L"Nie można odczytać liczby uchwytów CDR."},

@@ -6,8 +6,9 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "app_title",
      L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos - " MIRELO_MAKER},
     {kPortuguese, "ready_tip",
-     L"O Mirelo está pronto. Quando o CDR travar, abra a guia “Diagnóstico” e clique em “Capturar "
-     L"agora”."},
+     L"O Mirelo está pronto. Quando o CDR travar, abra a guia \"Diagnóstico\" e clique em "
+     L"\"Capturar "
+     L"agora\"."},
     {kPortuguese, "log_sig_local", L"Banco de assinaturas carregado do cache local"},
     {kPortuguese, "tab_diag", L"Diagnóstico"},
     {kPortuguese, "tab_fix", L"Correções"},
@@ -51,7 +52,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "btn_clean", L"Limpar (com backup)"},
     {kPortuguese, "hint_clean",
      L"Move relatórios de falhas, arquivos temporários e caches de miniaturas de todas as versões "
-     L"do CDR para uma pasta de backup; use “Restaurar” para desfazer a qualquer momento."},
+     L"do CDR para uma pasta de backup; use \"Restaurar\" para desfazer a qualquer momento."},
     {kPortuguese, "btn_restore", L"Restaurar"},
     {kPortuguese, "btn_optimize", L"Otimizar (com backup do Registro)"},
     {kPortuguese, "hint_settings",
@@ -66,8 +67,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_copy", L"Copiar"},
     {kPortuguese, "log_clear", L"Limpar"},
     {kPortuguese, "brand_title", L"Mirelo"},
-    {kPortuguese, "brand_subtitle",
-     L"v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos"},
+    {kPortuguese, "brand_subtitle", L"v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos"},
     {kPortuguese, "safety_1",
      L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação"},
     {kPortuguese, "safety_2",
@@ -100,10 +100,11 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "about_line5",
      L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação."},
     {kPortuguese, "about_line6",
-     L"Como usar: quando o CDR travar, selecione a instância na guia “Diagnóstico” e clique em "
-     L"“Capturar agora”."},
+     L"Como usar: quando o CDR travar, selecione a instância na guia \"Diagnóstico\" e clique em "
+     L"\"Capturar agora\"."},
     {kPortuguese, "about_line7",
-     L"Se nenhuma assinatura corresponder, clique em “Enviar assinatura desconhecida” para ajudar "
+     L"Se nenhuma assinatura corresponder, clique em \"Enviar assinatura desconhecida\" para "
+     L"ajudar "
      L"a melhorar o banco de assinaturas."},
     {kPortuguese, "btn_site_open", L"Abrir o site"},
     {kPortuguese, "btn_guide_open", L"Abrir o guia do usuário"},
@@ -137,21 +138,21 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"original.\nVerifique se esses arquivos NÃO estão abertos no CDR neste momento. Deseja "
      L"continuar?"},
     {kPortuguese, "log_no_instance", L"Selecione primeiro uma instância do CDR."},
-    {kPortuguese, "log_capturing", L"Capturando a pilha do thread principal do CDR…"},
+    {kPortuguese, "log_capturing", L"Capturando a pilha do thread principal do CDR..."},
     {kPortuguese, "log_capture_ok", L"Captura concluída. Quadros: %d"},
     {kPortuguese, "log_capture_err", L"Falha na captura: %s"},
     {kPortuguese, "log_category", L"Categoria: %s"},
     {kPortuguese, "log_suspect", L"Módulo suspeito: %s"},
     {kPortuguese, "log_rule", L"Assinatura correspondente: %s (gravidade: %s)"},
     {kPortuguese, "log_no_match",
-     L"Nenhuma assinatura corresponde. Você pode clicar em “Enviar assinatura desconhecida” para "
+     L"Nenhuma assinatura corresponde. Você pode clicar em \"Enviar assinatura desconhecida\" para "
      L"contribuir anonimamente com o banco comunitário."},
     {kPortuguese, "log_fallback",
-     L"Não foi possível classificar automaticamente. Copie a pilha bruta ou clique em “Enviar "
-     L"assinatura desconhecida” para ajudar a melhorar o banco de assinaturas."},
+     L"Não foi possível classificar automaticamente. Copie a pilha bruta ou clique em \"Enviar "
+     L"assinatura desconhecida\" para ajudar a melhorar o banco de assinaturas."},
     {kPortuguese, "log_stack_hdr", L"--- 8 primeiros quadros ---"},
     {kPortuguese, "log_responsive",
-     L"O thread principal do CDR está respondendo agora. Clique em “Capturar agora” novamente "
+     L"O thread principal do CDR está respondendo agora. Clique em \"Capturar agora\" novamente "
      L"durante um travamento."},
     {kPortuguese, "log_responsive_ok", L"O CDR está respondendo normalmente."},
     {kPortuguese, "log_metrics_hdr", L"===== Métricas ====="},
@@ -164,12 +165,13 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_env_ok", L"Verificação concluída. Nenhum risco encontrado."},
     {kPortuguese, "log_refresh", L"Lista atualizada. Instâncias do CDR: %d"},
     {kPortuguese, "log_no_cdr",
-     L"Nenhuma instância do CDR em execução foi encontrada. Inicie o CDR e clique em “Atualizar”."},
+     L"Nenhuma instância do CDR em execução foi encontrada. Inicie o CDR e clique em "
+     L"\"Atualizar\"."},
     {kPortuguese, "log_net_off", L"Rede desativada (pode ser ativada nas configurações)"},
-    {kPortuguese, "log_cloud_update", L"Atualizando as assinaturas…"},
+    {kPortuguese, "log_cloud_update", L"Atualizando as assinaturas..."},
     {kPortuguese, "log_cloud_done", L"Assinaturas atualizadas para a v%d (%d regras)"},
     {kPortuguese, "log_submit_no",
-     L"Ainda não há dados capturados. Use primeiro “Capturar agora” e envie quando nenhuma "
+     L"Ainda não há dados capturados. Use primeiro \"Capturar agora\" e envie quando nenhuma "
      L"assinatura corresponder."},
     {kPortuguese, "log_submit_done",
      L"Assinaturas de quadros enviadas anonimamente: %d. Obrigado!"},
@@ -179,10 +181,10 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_pdb_set", L"Pasta de símbolos definida: %s"},
     {kPortuguese, "log_leak_base", L"Linha de base registrada. Identificadores GDI: %d"},
     {kPortuguese, "log_leak_go",
-     L"Agora trabalhe normalmente no CDR e depois clique em “Comparar com a linha de base”."},
-    {kPortuguese, "log_leak_settle", L"Aguardando a estabilização do número de identificadores…"},
+     L"Agora trabalhe normalmente no CDR e depois clique em \"Comparar com a linha de base\"."},
+    {kPortuguese, "log_leak_settle", L"Aguardando a estabilização do número de identificadores..."},
     {kPortuguese, "log_leak_nobase",
-     L"Ainda não há linha de base. Clique primeiro em “Registrar linha de base”."},
+     L"Ainda não há linha de base. Clique primeiro em \"Registrar linha de base\"."},
     {kPortuguese, "log_leak_nopid",
      L"A instância do CDR da linha de base não está mais em execução. Registre uma nova linha de "
      L"base."},

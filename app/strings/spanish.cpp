@@ -140,7 +140,7 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"original.\nAsegúrese de que estos archivos NO estén abiertos en CDR en este momento. ¿Desea "
      L"continuar?"},
     {kSpanish, "log_no_instance", L"Seleccione primero una instancia de CDR."},
-    {kSpanish, "log_capturing", L"Capturando la pila del subproceso principal de CDR…"},
+    {kSpanish, "log_capturing", L"Capturando la pila del subproceso principal de CDR..."},
     {kSpanish, "log_capture_ok", L"Captura finalizada. Marcos: %d"},
     {kSpanish, "log_capture_err", L"Error en la captura: %s"},
     {kSpanish, "log_category", L"Categoría: %s"},
@@ -170,7 +170,7 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"No se ha encontrado ninguna instancia de CDR en ejecución. Inicie CDR y haga clic en "
      L"«Actualizar»."},
     {kSpanish, "log_net_off", L"Red desactivada (se puede activar en la configuración)"},
-    {kSpanish, "log_cloud_update", L"Actualizando las firmas…"},
+    {kSpanish, "log_cloud_update", L"Actualizando las firmas..."},
     {kSpanish, "log_cloud_done", L"Firmas actualizadas a la v%d (%d reglas)"},
     {kSpanish, "log_submit_no",
      L"Todavía no hay datos capturados. Use primero «Capturar ahora» y envíe cuando no coincida "
@@ -184,7 +184,7 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "log_leak_go",
      L"Trabaje ahora en CDR como de costumbre y haga clic después en «Comparar con la "
      L"referencia»."},
-    {kSpanish, "log_leak_settle", L"Esperando a que se estabilice el número de identificadores…"},
+    {kSpanish, "log_leak_settle", L"Esperando a que se estabilice el número de identificadores..."},
     {kSpanish, "log_leak_nobase",
      L"Todavía no hay referencia. Haga clic primero en «Tomar referencia»."},
     {kSpanish, "log_leak_nopid",

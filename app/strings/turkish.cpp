@@ -6,7 +6,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "app_title",
      L"Mirelo v0.2 - CDR Donma Tanılama ve Dosya Hafifletme - " MIRELO_MAKER},
     {kTurkish, "ready_tip",
-     L"Mirelo hazır. CDR donduğunda “Tanılama” sekmesine geçin ve “Şimdi yakala” düğmesine "
+     L"Mirelo hazır. CDR donduğunda \"Tanılama\" sekmesine geçin ve \"Şimdi yakala\" düğmesine "
      L"tıklayın."},
     {kTurkish, "log_sig_local", L"Yerel önbellekteki imza veritabanı yüklendi"},
     {kTurkish, "tab_diag", L"Tanılama"},
@@ -42,7 +42,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "btn_scan", L"Şimdi denetle"},
     {kTurkish, "hint_scan",
      L"Donmaların başlıca nedenleri olan varsayılan yazıcıyı (ağ/çevrimdışı), yazı tipi sayısını, "
-     L"GDI tanıtıcı kotasını ve RAM’i denetler."},
+     L"GDI tanıtıcı kotasını ve RAM'i denetler."},
     {kTurkish, "btn_printer", L"Geçici olarak değiştir (otomatik geri döner)"},
     {kTurkish, "hint_printer",
      L"Yavaş ağ yazıcılarından kaçınmak için varsayılan yazıcıyı geçici olarak Microsoft Print to "
@@ -50,7 +50,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "btn_clean", L"Temizle (önce yedekle)"},
     {kTurkish, "hint_clean",
      L"Tüm CDR sürümlerinin kilitlenme raporlarını, geçici dosyalarını ve küçük resim önbelleğini "
-     L"yedek klasörüne taşır; “Geri yükle” ile istediğiniz zaman geri alabilirsiniz."},
+     L"yedek klasörüne taşır; \"Geri yükle\" ile istediğiniz zaman geri alabilirsiniz."},
     {kTurkish, "btn_restore", L"Geri yükle"},
     {kTurkish, "btn_optimize", L"İyileştir (kayıt defteri yedeklenir)"},
     {kTurkish, "hint_settings",
@@ -69,7 +69,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "safety_1",
      L"Kod enjeksiyonu yok, kanca yok, arka planda çalışma yok; her işlemi siz başlatırsınız"},
     {kTurkish, "safety_2",
-     L"Standart kullanıcı olarak çalışır; sürücü ve paketleme yok, CDR’nin kendi dosyalarını asla "
+     L"Standart kullanıcı olarak çalışır; sürücü ve paketleme yok, CDR'nin kendi dosyalarını asla "
      L"değiştirmez"},
     {kTurkish, "safety_3",
      L"Yazıcı değişikliği çıkışta otomatik geri alınır; temizlenenler yedeklenir, tek tıklamayla "
@@ -88,7 +88,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "dlg_about_title", L"Mirelo Hakkında"},
     {kTurkish, "about_line1", L"Mirelo, CorelDRAW kullanıcıları için yardımcı bir araçtır."},
     {kTurkish, "about_line2",
-     L"CDR’yi neyin dondurduğunu bulur: bir eklenti, yazıcı, yazı tipi veya sistem bileşeni."},
+     L"CDR'yi neyin dondurduğunu bulur: bir eklenti, yazıcı, yazı tipi veya sistem bileşeni."},
     {kTurkish, "about_line3",
      L"Donma yayan CDR dosyalarını hafifletir ve her dosyayı önce yedekler."},
     {kTurkish, "about_line4",
@@ -96,10 +96,10 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "about_line5",
      L"Kod enjeksiyonu yok, kanca yok, arka planda çalışma yok; her işlemi siz başlatırsınız."},
     {kTurkish, "about_line6",
-     L"Kullanım: CDR donduğunda “Tanılama” sekmesinde ilgili örneği seçin ve “Şimdi yakala” "
+     L"Kullanım: CDR donduğunda \"Tanılama\" sekmesinde ilgili örneği seçin ve \"Şimdi yakala\" "
      L"düğmesine tıklayın."},
     {kTurkish, "about_line7",
-     L"Hiçbir imza eşleşmezse “Bilinmeyen imzayı gönder” düğmesine tıklayarak imza veritabanının "
+     L"Hiçbir imza eşleşmezse \"Bilinmeyen imzayı gönder\" düğmesine tıklayarak imza veritabanının "
      L"geliştirilmesine yardımcı olun."},
     {kTurkish, "btn_site_open", L"Web sitesini aç"},
     {kTurkish, "btn_guide_open", L"Kullanım kılavuzunu aç"},
@@ -114,7 +114,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "printer_orig_err", L"Önceki varsayılan yazıcı geri yüklenemiyor: %s"},
     {kTurkish, "tip_optimize",
      L"CDR ayarları iyileştirilsin mi?\n  - Geri alma düzeyini 30 olarak ayarla\n  - Karşılama "
-     L"ekranını kapat\nÖnce kayıt defteri dışa aktarılır. Devam etmeden önce lütfen CDR’yi "
+     L"ekranını kapat\nÖnce kayıt defteri dışa aktarılır. Devam etmeden önce lütfen CDR'yi "
      L"kapatın.\n\nDevam edilsin mi?"},
     {kTurkish, "opt_done", L"CDR ayarları iyileştirildi. Kayıt defteri yedeği: %s"},
     {kTurkish, "opt_changed", L"Değiştirilen ayar sayısı: %d"},
@@ -124,10 +124,10 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
      L"adları ile CDR sürümü; dosya yolları ve belge içeriği gönderilmez.)\n\nDevam edilsin mi?"},
     {kTurkish, "tip_slim",
      L"Seçilen dosyalar hafifletilecek:\n  - Görünüm anlık görüntülerini sil (Görünüm "
-     L"Yöneticisi’nde sizinkiler dahil TÜM kayıtlı görünümleri siler)\n  - Gereksiz renk "
+     L"Yöneticisi'nde sizinkiler dahil TÜM kayıtlı görünümleri siler)\n  - Gereksiz renk "
      L"stillerini temizle (doğrulandı: nesne renkleri etkilenmez)\n  - Önizleme/küçük resim "
      L"önbelleğini sil (CDR, dosyayı açınca otomatik olarak yeniden oluşturur)\nHer dosya önce "
-     L"özgün dosyanın yanına .mirelobak olarak yedeklenir.\nBu dosyaların şu anda CDR’de açık "
+     L"özgün dosyanın yanına .mirelobak olarak yedeklenir.\nBu dosyaların şu anda CDR'de açık "
      L"OLMADIĞINDAN emin olun. Devam edilsin mi?"},
     {kTurkish, "log_no_instance", L"Lütfen önce bir CDR örneği seçin."},
     {kTurkish, "log_capturing", L"CDR ana iş parçacığının yığını yakalanıyor..."},
@@ -137,14 +137,15 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_suspect", L"Şüpheli modül: %s"},
     {kTurkish, "log_rule", L"Eşleşen imza: %s (önem derecesi: %s)"},
     {kTurkish, "log_no_match",
-     L"Hiçbir imza eşleşmedi. “Bilinmeyen imzayı gönder” düğmesine tıklayarak topluluk "
+     L"Hiçbir imza eşleşmedi. \"Bilinmeyen imzayı gönder\" düğmesine tıklayarak topluluk "
      L"veritabanına anonim olarak katkıda bulunabilirsiniz."},
     {kTurkish, "log_fallback",
-     L"Otomatik olarak sınıflandırılamadı. Ham yığını kopyalayın veya “Bilinmeyen imzayı gönder” "
+     L"Otomatik olarak sınıflandırılamadı. Ham yığını kopyalayın veya \"Bilinmeyen imzayı gönder\" "
      L"düğmesine tıklayarak imza veritabanının geliştirilmesine yardımcı olun."},
     {kTurkish, "log_stack_hdr", L"--- En üstteki 8 çerçeve ---"},
     {kTurkish, "log_responsive",
-     L"CDR ana iş parçacığı şu anda yanıt veriyor. CDR donmuşken “Şimdi yakala” düğmesine yeniden "
+     L"CDR ana iş parçacığı şu anda yanıt veriyor. CDR donmuşken \"Şimdi yakala\" düğmesine "
+     L"yeniden "
      L"tıklayın."},
     {kTurkish, "log_responsive_ok", L"CDR normal yanıt veriyor."},
     {kTurkish, "log_metrics_hdr", L"===== Göstergeler ====="},
@@ -157,12 +158,12 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_env_ok", L"Denetim tamamlandı. Risk bulunamadı."},
     {kTurkish, "log_refresh", L"Liste yenilendi. CDR örneği sayısı: %d"},
     {kTurkish, "log_no_cdr",
-     L"Çalışan CDR bulunamadı. CDR’yi başlatın ve “Yenile” düğmesine tıklayın."},
+     L"Çalışan CDR bulunamadı. CDR'yi başlatın ve \"Yenile\" düğmesine tıklayın."},
     {kTurkish, "log_net_off", L"Ağ kapalı (ayarlardan açılabilir)"},
     {kTurkish, "log_cloud_update", L"İmzalar güncelleştiriliyor..."},
     {kTurkish, "log_cloud_done", L"İmzalar v%d sürümüne güncelleştirildi (kural sayısı: %d)"},
     {kTurkish, "log_submit_no",
-     L"Henüz yakalama verisi yok. Önce “Şimdi yakala” düğmesini kullanın; hiçbir imza eşleşmezse "
+     L"Henüz yakalama verisi yok. Önce \"Şimdi yakala\" düğmesini kullanın; hiçbir imza eşleşmezse "
      L"gönderin."},
     {kTurkish, "log_submit_done",
      L"Anonim olarak gönderilen çerçeve imzası sayısı: %d. Teşekkürler!"},
@@ -172,14 +173,15 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_pdb_set", L"Sembol klasörü ayarlandı: %s"},
     {kTurkish, "log_leak_base", L"Başlangıç değeri alındı. GDI tanıtıcıları: %d"},
     {kTurkish, "log_leak_go",
-     L"Şimdi CDR’de her zamanki gibi çalışın, ardından “Başlangıç değeriyle karşılaştır” düğmesine "
+     L"Şimdi CDR'de her zamanki gibi çalışın, ardından \"Başlangıç değeriyle karşılaştır\" "
+     L"düğmesine "
      L"tıklayın."},
     {kTurkish, "log_leak_settle", L"Tanıtıcı sayısının dengelenmesi bekleniyor..."},
     {kTurkish, "log_leak_nobase",
-     L"Henüz başlangıç değeri yok. Önce “Başlangıç değerini al” düğmesine tıklayın."},
+     L"Henüz başlangıç değeri yok. Önce \"Başlangıç değerini al\" düğmesine tıklayın."},
     {kTurkish, "log_leak_nopid",
      L"Başlangıç değeri alınan CDR örneği artık çalışmıyor. Yeni bir başlangıç değeri alın."},
-    {kTurkish, "log_leak_err", L"CDR’nin tanıtıcı sayısı okunamıyor."},
+    {kTurkish, "log_leak_err", L"CDR'nin tanıtıcı sayısı okunamıyor."},
     {kTurkish, "log_leak_report", L"GDI tanıtıcıları: başlangıç %d, şimdi %d"},
     {kTurkish, "log_leak_judge", L"Değerlendirme: %s"},
     {kTurkish, "log_leak_j0", L"Sorun yok: tanıtıcı sayısı yeniden başlangıç değerine yakın"},
@@ -188,7 +190,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_leak_j2",
      L"Sızıntı olasılığı yüksek: tanıtıcı sayısı başlangıç değerinin çok üzerinde kalıyor"},
     {kTurkish, "log_leak_advice",
-     L"Çalışmanızı kaydedip CDR’yi yeniden başlatın. Sayı yine artarsa nedeni bulmak için "
+     L"Çalışmanızı kaydedip CDR'yi yeniden başlatın. Sayı yine artarsa nedeni bulmak için "
      L"eklentileri tek tek devre dışı bırakın."},
     {kTurkish, "log_health", L"Durum: %s"},
     {kTurkish, "log_slim_ok",
@@ -202,13 +204,13 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
      L"Bitti: başarılı %d / zaten hafif %d / başarısız veya atlanan %d. Yedekler, özgün dosyaların "
      L"yanındaki .mirelobak dosyalarıdır."},
     {kTurkish, "log_slim_tip",
-     L"İpucu: toplu işlemden önce hafifletilmiş bir dosyayı CDR’de açıp sorunsuz olduğunu "
+     L"İpucu: toplu işlemden önce hafifletilmiş bir dosyayı CDR'de açıp sorunsuz olduğunu "
      L"doğrulayın. Hafifletilmiş dosyalar güvenle paylaşılabilir."},
     {kTurkish, "log_clean_err", L"Temizlik başarısız oldu: %s"},
     {kTurkish, "log_clean_done",
      L"Temizlik tamamlandı. Taşınan dosya sayısı: %d. Yedek klasörü: %s"},
     {kTurkish, "log_restore_done", L"Geri yükleme tamamlandı. Geri yüklenen dosya sayısı: %d"},
-    {kTurkish, "log_switch_need_cdr", L"Yazıcıyı değiştirmeden önce lütfen CDR’yi başlatın."},
+    {kTurkish, "log_switch_need_cdr", L"Yazıcıyı değiştirmeden önce lütfen CDR'yi başlatın."},
     {kTurkish, "log_switch_no",
      L"Değiştirilemedi (yazıcı zaten sanal veya ilke tarafından engelleniyor)."},
     {kTurkish, "warn_clean_in_use",
