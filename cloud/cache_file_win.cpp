@@ -2,9 +2,8 @@
 
 #include <windows.h>
 
-#include <shlobj.h>
-
 #include "base/handle_win.h"
+#include "base/tool_folder_win.h"
 
 namespace {
 
@@ -12,15 +11,8 @@ constexpr LONGLONG kSizeLimit = 0x200000;
 
 }  // namespace
 
-std::wstring ToolFolderPath() {
-    wchar_t folder[MAX_PATH] = {};
-    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder)))
-        return {};
-    return std::wstring(folder) + L"\\Mirelo";
-}
-
 std::wstring CacheFilePath() {
-    return ToolFolderPath() + L"\\signatures.cache.json";
+    return toolFolder() + L"\\signatures.cache.json";
 }
 
 std::string ReadCacheFile() {

@@ -1,13 +1,10 @@
-// The tool's folder, and the last rule document that the signature server sent, kept in it.
+// The last rule document that the signature server sent.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-/// "Mirelo" in the user's roaming application data; empty when Windows does not name that folder.
-/// The folder itself may not exist yet.
-std::wstring ToolFolderPath();
-
+/// "signatures.cache.json" in the tool's folder, whether that exists or not.
 std::wstring CacheFilePath();
 
 /// The cached bytes; empty when there is no file, or when its size is 0 or 2 MiB or more.

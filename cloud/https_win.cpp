@@ -31,12 +31,8 @@ constexpr DWORD kToleratedCertificateFaults =
 
 struct InternetTraits {
     using Type = HINTERNET;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type handle) {
-        WinHttpCloseHandle(handle);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type handle) { WinHttpCloseHandle(handle); }
 };
 using InternetHandle = UniqueHandle<InternetTraits>;
 
