@@ -87,6 +87,8 @@ JsonValue& JsonValue::lastChild() {
 }
 
 void JsonValue::dropLastChild() {
+    // Whoever drops a child has looked into it already; its destructor need not do so again.
+    lastChild().payload_.emplace<std::monostate>();
     if (array() != nullptr) {
         array()->pop_back();
     } else {
@@ -323,15 +325,35 @@ class Parser {
 
     bool ReadString(std::string& string) {
         if (!Take("\"")) return false;
-        for (;;) {
-            const char* const begin = cursor_;
-            while (cursor_ != end_ && *cursor_ != '"' && *cursor_ != '\\')
-                ++cursor_;
-            if (cursor_ == end_) return false;
-            string.append(begin, cursor_);
-            if (*cursor_++ == '"') return true;
-            if (!ReadEscape(string)) return false;
+        std::string_view plain;
+        if (!ReadPlain(plain)) return false;
+        if (*cursor_++ == '"') {
+            string = plain;
+            return true;
         }
+        if (!ReadEscaped(plain)) return false;
+        string = unescaped_;
+        return true;
+    }
+
+    // What stands before the next quote or backslash, where the cursor is then.
+    bool ReadPlain(std::string_view& plain) {
+        const char* const begin = cursor_;
+        while (cursor_ != end_ && *cursor_ != '"' && *cursor_ != '\\')
+            ++cursor_;
+        plain = {begin, cursor_};
+        return cursor_ != end_;
+    }
+
+    // The rest of a string from behind its first backslash; all of it collects in one buffer, whose
+    // memory serves every string.
+    bool ReadEscaped(std::string_view plain) {
+        unescaped_ = plain;
+        do {
+            if (!ReadEscape(unescaped_) || !ReadPlain(plain)) return false;
+            unescaped_ += plain;
+        } while (*cursor_++ == '\\');
+        return true;
     }
 
     bool ReadEscape(std::string& string) {
@@ -383,6 +405,7 @@ class Parser {
     std::vector<Container> open_;
     std::vector<JsonValue> values_;
     std::vector<std::string> keys_;
+    std::string unescaped_;
 };
 
 }  // namespace
