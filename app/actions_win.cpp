@@ -15,6 +15,8 @@
 #include "cdr/instances_win.h"
 #include "cdr/metrics_win.h"
 #include "cdr/responsiveness_win.h"
+#include "cloud/signatures.h"
+#include "cloud/submission.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
 #include "fixes/environment.h"
@@ -44,6 +46,18 @@ void switchPrinter(MainWindow& window) {
     OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
 }
 
+void updateSignatures(MainWindow& window) {
+    OnUpdateSignatures(window.shell, window.rules, window.cloud);
+}
+
+void submitCapture(MainWindow& window) {
+    OnSubmit(window.shell, window.lastCapture, window.cloud);
+}
+
+void toggleNetwork(MainWindow& window) {
+    OnToggleNetwork(window.shell, window.cloud);
+}
+
 void copy(MainWindow& window) {
     copyReport(window.state, [&](const std::wstring& text) { copyToClipboard(window.hwnd, text); });
 }
@@ -67,6 +81,9 @@ constexpr Action kActions[] = {
     {kCaptureAction, captureNow},
     {kDashboardAction, showDashboard},
     {kPrinterAction, switchPrinter},
+    {kUpdateAction, updateSignatures},
+    {kSubmitAction, submitCapture},
+    {kNetworkAction, toggleNetwork},
     {kCopyAction, copy},
     {kClearAction, clear},
     {kWebsiteAction, openWebsite},

@@ -3,6 +3,8 @@
 
 #include <windowsx.h>
 
+#include <thread>
+
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/dpi_win.h"
@@ -10,6 +12,8 @@
 #include "app/language_file_win.h"
 #include "app/strings.h"
 #include "base/text.h"
+#include "cloud/services_win.h"
+#include "cloud/signatures.h"
 #include "fixes/printer_win.h"
 
 namespace {
@@ -78,10 +82,31 @@ Shell shellOf(MainWindow& window) {
 
 void loadSignatures(MainWindow& window) {
     LoadBuiltInRules(window.rules);
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    window.signatureStatus = signatureLabel(load.status);
     window.shell.appendLog(
         L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
-    window.shell.appendLog(L"[Signatures] " + decimal(window.rules.version) + L" (" +
-                           decimalUnsigned(window.rules.rules.size()) + L" rules)");
+    window.shell.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
+                           decimalUnsigned(load.ruleCount) + L" rules)");
+}
+
+// Nobody waits for the download: it touches nothing of the window's, and its message is lost when
+// the window has gone. Without memory for a thread the program has no future: the exception ends
+// it.
+void startBackgroundUpdate(const MainWindow& window) {
+    if (!window.cloud.isNetworkEnabled()) return;
+    std::thread([hwnd = window.hwnd, cloud = window.cloud] {
+        if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
+    }).detach();
+}
+
+void onSignaturesUpdated(MainWindow& window) {
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    if (load.ruleCount > 0) {
+        window.shell.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
+                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
+    }
+    invalidate(window);
 }
 
 void onCreate(MainWindow& window) {
@@ -93,7 +118,9 @@ void onCreate(MainWindow& window) {
     GetClientRect(window.hwnd, &client);
     setClientSize(window, client.right, client.bottom);
     window.shell = shellOf(window);
+    window.cloud = SystemCloudServices();
     loadSignatures(window);
+    startBackgroundUpdate(window);
     refreshInstances(window);
 }
 
@@ -136,6 +163,7 @@ Layout layOut(MainWindow& window) {
     }
     input.selectedInstance = window.state.selectedInstance;
     input.signatureStatus = window.signatureStatus;
+    input.networkEnabled = window.cloud.isNetworkEnabled();
     Layout layout = buildLayout(input, measurerOf(window));
     window.state.currentTab = layout.currentTab;
     window.state.hitTargets = layout.hitTargets;
@@ -247,6 +275,9 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_KEYDOWN:
             onKeyDown(window, wParam);
+            return 0;
+        case kSignaturesUpdated:
+            onSignaturesUpdated(window);
             return 0;
         case WM_SETCURSOR:
             if (onSetCursor(window, lParam)) return TRUE;

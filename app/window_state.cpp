@@ -64,3 +64,8 @@ void clearReport(WindowState& state) {
     clearLines(state.log);
     state.statusText = L"Report cleared";
 }
+
+std::wstring signatureLabel(const std::wstring& status) {
+    const std::size_t parenthesis = status.find(L'\uFF08');
+    return parenthesis == std::wstring::npos ? status : status.substr(parenthesis);
+}

@@ -45,3 +45,7 @@ void replaceInstances(WindowState& state, std::vector<CdrInstance> instances);
 void copyReport(WindowState& state, const std::function<void(const std::wstring&)>& toClipboard);
 
 void clearReport(WindowState& state);
+
+/// What the Cloud page shows of a loading status: from its full-width parenthesis on, if it has
+/// one.
+std::wstring signatureLabel(const std::wstring& status);

@@ -27,9 +27,7 @@ class SymbolSession {
     void ForgetExitedProcess();
 
     /// The handle that all symbol calls must use; null without a registration.
-    [[nodiscard]] HANDLE process() const {
-        return process_.get();
-    }
+    [[nodiscard]] HANDLE process() const { return process_.get(); }
 
   private:
     void Forget();

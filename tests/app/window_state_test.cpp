@@ -95,3 +95,9 @@ TEST(WindowState, CopiesAndClearsWithAWord) {
     EXPECT_EQ(state.log.scrollBack, 0);
     EXPECT_EQ(state.log.selectionAnchor, -1);
 }
+
+TEST(WindowState, ShowsTheParenthesisOfAStatusOrAllOfIt) {
+    EXPECT_EQ(signatureLabel(L"Loaded (7)"), L"Loaded (7)");
+    EXPECT_EQ(signatureLabel(L"Loaded\uFF08v7\uFF09"), L"\uFF08v7\uFF09");
+    EXPECT_EQ(signatureLabel(L""), L"");
+}

@@ -49,19 +49,20 @@ def accepts_connections(port: int) -> bool:
 
 
 class Nginx:
-    """Serves `folder`/www on one port per certificate."""
+    """Serves `folder`/www on one port per certificate, and thanks for submissions."""
 
-    def __init__(self, folder: pathlib.Path, certificates: dict):
+    def __init__(self, folder: pathlib.Path, certificates: dict, port=None):
         self.folder = folder
         self.www = folder / "www"
         self.www.mkdir()
-        self.ports = {name: free_port() for name in certificates}
+        self.ports = {name: port or free_port() for name in certificates}
         servers = "\n".join(
             f"""server {{
                 listen 127.0.0.1:{self.ports[name]} ssl;
                 ssl_certificate {certificate};
                 ssl_certificate_key {key};
                 root {self.www};
+                location = /api/mirelo/submit.php {{ return 200 'thanks'; }}
                 location = /204 {{ return 204; }}
                 location = /301 {{ return 301 /good.json; }}
                 location = /404 {{ return 404; }}
