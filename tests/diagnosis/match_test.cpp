@@ -56,6 +56,8 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
         {{{"across two names", print, L"", L"AskTraysCPage"}}, nullptr},
         {{{"longer", print, L"", L"AskTraysAndMore"}, {"any", print, L"", L""}}, "any"},
         {{{"other", font, L"", L"AskTrays"}, {"7", unknown, L"", L""}}, nullptr},
+        {{{"whole", print, L"", L"cpage::enumprintersof"}}, "whole"},
+        {{{"short", print, L"", L"tR"}}, "short"},
         {{{"no wildcard", print, L"Acme*", L""}}, nullptr},
     };
     for (const auto& c : cases) {
