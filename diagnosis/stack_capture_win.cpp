@@ -92,7 +92,6 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
     static SymbolSession symbols;
     const std::lock_guard lock(captureMutex);
 
-    symbols.ForgetExitedProcess();
     const KernelHandle process(
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
     if (!process || HasExited(process.get())) {

@@ -85,10 +85,6 @@ bool SymbolSession::EnsureSymbols(HANDLE process, DWORD pid) {
     return true;
 }
 
-void SymbolSession::ForgetExitedProcess() {
-    if (process_ && HasExited(process_.get())) Forget();
-}
-
 void SymbolSession::Forget() {
     if (process_) SymCleanup(process_.get());
     process_.reset();

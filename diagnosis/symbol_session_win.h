@@ -22,10 +22,6 @@ class SymbolSession {
     /// borrowed; it needs the rights to query information and read memory. False leaves none.
     bool EnsureSymbols(HANDLE process, DWORD pid);
 
-    /// Gives up the registration of a process that has exited: the owned handle would keep its id
-    /// alive and let it be opened.
-    void ForgetExitedProcess();
-
     /// The handle that all symbol calls must use; null without a registration.
     [[nodiscard]] HANDLE process() const { return process_.get(); }
 
