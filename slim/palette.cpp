@@ -36,15 +36,14 @@ bool clearColorStyles(Bytes& xml, std::uint32_t& count) try {
     if (opening == std::string_view::npos || closing == std::string_view::npos) return false;
     if (closing <= opening) return false;
 
-    Bytes cleared;
-    cleared.reserve(xml.size() + kEmptyList.size());
-    const auto append = [&](std::string_view part) {
-        cleared.insert(cleared.end(), part.begin(), part.end());
+    const std::size_t length = closing + kClosing.size() - opening;
+    const auto at = [&](std::size_t position) {
+        return xml.begin() + static_cast<std::ptrdiff_t>(position);
     };
-    append(text.substr(0, opening));
-    append(kEmptyList);
-    append(text.substr(closing + kClosing.size()));
-    xml = std::move(cleared);
+    if (length < kEmptyList.size()) xml.insert(at(opening), kEmptyList.size() - length, 0);
+    std::copy(kEmptyList.begin(), kEmptyList.end(), at(opening));
+    if (length > kEmptyList.size())
+        xml.erase(at(opening + kEmptyList.size()), at(opening + length));
     return true;
 } catch (const std::bad_alloc&) {
     return false;

@@ -41,8 +41,7 @@ std::uint32_t countIn(ByteView stream, std::size_t start, std::size_t end, std::
             const std::size_t body = p + kChunkHeaderSize;
             count += countIn(stream, body + kListTypeSize, body + size, wanted, depth + 1);
         }
-        // The pad follows the position here, not the size: both agree wherever chunks start at
-        // even positions, as they do in every stream that was padded.
+        // Every position is even, so the pad may follow the parity of the end.
         const std::size_t last = p + size;
         const std::size_t next = last + kChunkHeaderSize + last % 2;
         if (next + kChunkHeaderSize > end) return count;
@@ -164,10 +163,6 @@ void clampChildren(Bytes& stream, std::size_t start, std::size_t end) {
 void clampChunks(Bytes& stream) {
     const std::size_t end = stream.size();
     for (std::size_t p = kRiffHeaderSize; p + kChunkHeaderSize <= end;) {
-        if (chunkSize(stream, p) == 0) {
-            p += kChunkHeaderSize;
-            continue;
-        }
         const std::size_t last = p + clampChunk(stream, p, end);
         if (readU32(stream, p) == kList && p + kRiffHeaderSize <= end)
             clampChildren(stream, p + kRiffHeaderSize, last + kChunkHeaderSize);
