@@ -167,7 +167,7 @@ const std::vector<NamedPlan>& documentShapes() {
         {"x6", {.product = x6, .pages = 2}},
         {"x7", {.product = x7}},
         {"x7-spot-inks", {.palette = spotInks, .groupDepth = 5}},
-        {"x7-deep-groups", {.pages = 3, .groupDepth = 12}},
+        {"x7-deep-groups", {.pages = 100, .groupDepth = 12}},
         {"x7-560-views", {.views = 560, .styles = 200}},
         {"x7-data2", {.data2 = true}},
         {"x7-clean", {.palette = selfClosed, .views = 0, .previews = false}},
