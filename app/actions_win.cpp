@@ -22,6 +22,7 @@
 #include "fixes/environment.h"
 #include "fixes/environment_scan_win.h"
 #include "fixes/printer_win.h"
+#include "slim/slim_action_win.h"
 
 namespace {
 
@@ -44,6 +45,10 @@ void showDashboard(MainWindow& window) {
 
 void switchPrinter(MainWindow& window) {
     OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
+}
+
+void slimFiles(MainWindow& window) {
+    onSlimFiles(window.hwnd, window.shell);
 }
 
 void updateSignatures(MainWindow& window) {
@@ -70,6 +75,18 @@ void openWebsite(MainWindow&) {
     ShellExecuteW(nullptr, L"open", MIRELO_WEBSITE, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
+// Marks that an action runs, for as long as it lives.
+class RunningAction {
+  public:
+    explicit RunningAction(bool& flag) : flag_(flag) { flag_ = true; }
+    RunningAction(const RunningAction&) = delete;
+    RunningAction& operator=(const RunningAction&) = delete;
+    ~RunningAction() { flag_ = false; }
+
+  private:
+    bool& flag_;
+};
+
 struct Action {
     std::uint32_t id;
     void (*run)(MainWindow& window);
@@ -81,6 +98,7 @@ constexpr Action kActions[] = {
     {kCaptureAction, captureNow},
     {kDashboardAction, showDashboard},
     {kPrinterAction, switchPrinter},
+    {kSlimAction, slimFiles},
     {kUpdateAction, updateSignatures},
     {kSubmitAction, submitCapture},
     {kNetworkAction, toggleNetwork},
@@ -96,9 +114,8 @@ void runAction(MainWindow& window, std::uint32_t id) {
     const auto* action = std::find_if(std::begin(kActions), std::end(kActions),
                                       [&](const Action& row) { return row.id == id; });
     if (action == std::end(kActions)) return;
-    window.actionRunning = true;
+    const RunningAction running(window.actionRunning);
     action->run(window);
-    window.actionRunning = false;
 }
 
 void refreshInstances(MainWindow& window) {

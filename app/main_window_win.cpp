@@ -69,12 +69,21 @@ void setClientSize(MainWindow& window, LONG widthPx, LONG heightPx) {
     window.clientHeightDip = corner.y;
 }
 
+void readClientSize(MainWindow& window) {
+    RECT client{};
+    GetClientRect(window.hwnd, &client);
+    setClientSize(window, client.right, client.bottom);
+}
+
 Shell shellOf(MainWindow& window) {
     return {
         [&window](std::wstring text) { appendLine(window.state.log, std::move(text)); },
-        [](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
-            return MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style)) ==
-                   IDYES;
+        // A box without an owner outlives a window that is closed meanwhile: its Yes comes too
+        // late.
+        [&window](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
+            const int answer =
+                MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style));
+            return answer == IDYES && IsWindow(window.hwnd);
         },
         [&window](std::wstring text) { window.state.statusText = std::move(text); },
     };
@@ -114,9 +123,7 @@ void onCreate(MainWindow& window) {
     moveTo(window.hwnd, centredInWorkArea(defaultSize(window.dpi)), SWP_NOZORDER);
     window.renderer.createFormats();
     window.renderer.createTarget(window.hwnd, window.dpi);
-    RECT client{};
-    GetClientRect(window.hwnd, &client);
-    setClientSize(window, client.right, client.bottom);
+    readClientSize(window);
     window.shell = shellOf(window);
     window.cloud = SystemCloudServices();
     loadSignatures(window);
@@ -144,6 +151,7 @@ void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     setDpi(window, dpi != 0 ? dpi : GetDpiForWindow(window.hwnd));
     moveTo(window.hwnd, *reinterpret_cast<const RECT*>(lParam), SWP_NOZORDER | SWP_NOACTIVATE);
     window.renderer.createTarget(window.hwnd, window.dpi);
+    readClientSize(window);
     invalidate(window);
 }
 
@@ -165,9 +173,7 @@ Layout layOut(MainWindow& window) {
     input.signatureStatus = window.signatureStatus;
     input.networkEnabled = window.cloud.isNetworkEnabled();
     Layout layout = buildLayout(input, measurerOf(window));
-    window.state.currentTab = layout.currentTab;
-    window.state.hitTargets = layout.hitTargets;
-    window.state.log.panel = layout.logPanel;
+    takeLayout(window.state, layout);
     return layout;
 }
 
@@ -247,6 +253,10 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DESTROY:
             onDestroy(window);
             return 0;
+        case WM_ENDSESSION:
+            // The session may be over before the window is: what must be put back is put back now.
+            if (wParam != 0) DestroyWindow(window.hwnd);
+            return 0;
         case WM_SIZE:
             onSize(window, lParam);
             return 0;
@@ -288,7 +298,8 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(window.hwnd, message, wParam, lParam);
 }
 
-LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+// An exception must not travel through the system that called: it ends the program here.
+LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_NCCREATE) {
         auto* window = static_cast<MainWindow*>(
             reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
@@ -304,7 +315,7 @@ LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPara
 HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
     return static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(kIconId), IMAGE_ICON,
                                          GetSystemMetrics(widthMetric),
-                                         GetSystemMetrics(heightMetric), LR_SHARED));
+                                         GetSystemMetrics(heightMetric), LR_DEFAULTCOLOR));
 }
 
 // The window may stand on another monitor than the one its first size was made for.

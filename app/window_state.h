@@ -35,6 +35,10 @@ struct ClickEffects {
 bool dispatchClick(WindowState& state, PointDip point, const MeasureText& measure,
                    const ClickEffects& effects);
 
+/// Makes a layout the one that clicks refer to. The hover stays on its element, wherever it stands
+/// now.
+void takeLayout(WindowState& state, const Layout& layout);
+
 /// Notes which element is under the point. True when that changed.
 bool moveHover(WindowState& state, PointDip point);
 

@@ -1,5 +1,5 @@
 // The value and the parser. Neither recurses with the document: the text comes from a server that
-// tolerates no trust, and two megabytes of "[" would be two million calls deep.
+// deserves no trust, and two megabytes of "[" would be two million calls deep.
 #include "cloud/json.h"
 
 #include <algorithm>
@@ -175,7 +175,7 @@ bool IsTooLarge(std::string_view number) {
     const std::string_view digits = number.substr(0, mark);
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
-    return point - first + exponent > 0;
+    return exponent > first - point;
 }
 
 // What `strtod` makes of a run of number characters, without calling it: some C libraries take

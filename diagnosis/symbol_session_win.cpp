@@ -91,8 +91,3 @@ void SymbolSession::Forget() {
     pid_ = 0;
     reload_ = false;
 }
-
-bool HasExited(HANDLE process) {
-    DWORD exitCode = 0;
-    return GetExitCodeProcess(process, &exitCode) && exitCode != STILL_ACTIVE;
-}

@@ -35,6 +35,3 @@ class SymbolSession {
     /// Where symbol files are looked for besides the library's own places; empty means nowhere.
     std::wstring searchPath_;
 };
-
-/// True when the process has ended, although its handle can still be opened.
-bool HasExited(HANDLE process);

@@ -75,6 +75,19 @@ TEST(WindowState, NoticesWhenTheHoveredElementChanges) {
     EXPECT_EQ(state.hoverTarget, -1);
 }
 
+TEST(WindowState, KeepsTheHoverOnItsElementInANewLayout) {
+    WindowState state = stateWith(HitKind::button, kRefreshAction);
+    moveHover(state, {20, 20});
+    Layout layout;
+    layout.hitTargets = {{HitKind::button, kCopyAction, 0, 0, 1, 1, L"", TextStyle::button, false},
+                         state.hitTargets[0]};
+    takeLayout(state, layout);
+    EXPECT_EQ(state.hoverTarget, 1);
+    layout.hitTargets.pop_back();
+    takeLayout(state, layout);
+    EXPECT_EQ(state.hoverTarget, -1);
+}
+
 TEST(WindowState, CopiesAndClearsWithAWord) {
     WindowState state;
     std::wstring clipboard = L"untouched";

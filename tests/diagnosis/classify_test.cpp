@@ -185,3 +185,20 @@ TEST(FindSuspect, KnowsNothingOfAnEmptyStack) {
     EXPECT_EQ(suspect.category, unknown);
     EXPECT_EQ(suspect.module, L"");
 }
+
+TEST(ModuleName, KeepsWhatTellsAPlugIn) {
+    const struct {
+        const wchar_t* reported;
+        const wchar_t* path;
+        const wchar_t* name;
+    } cases[] = {
+        {L"slowfilter.cpg", L"C:\\Plugins\\slowfilter.cpg", L"slowfilter.cpg"},
+        {L"SlowFilter", L"C:\\Plugins\\SlowFilter.CPG", L"SlowFilter.CPG"},
+        {L"a name cut by the library at its", L"a name cut by the library at its end.cpg",
+         L"a name cut by the library at its end.cpg"},
+        {L"crlcore", L"C:\\Plugins.cpg\\crlcore.dll", L"crlcore"},
+        {L"", L"", L""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ModuleNameOf(c.reported, c.path), c.name);
+}

@@ -20,9 +20,7 @@ class SlimFilesWin : public testing::Test {
                   std::to_wstring(GetCurrentProcessId());
         CreateDirectoryW(folder_.c_str(), nullptr);
     }
-    ~SlimFilesWin() override {
-        removeFolder(folder_);
-    }
+    ~SlimFilesWin() override { removeFolder(folder_); }
 
     // Writes the document; the path is as short as a dialog would give it.
     std::wstring make(const std::wstring& name, const Bytes& contents) {
@@ -37,9 +35,7 @@ class SlimFilesWin : public testing::Test {
         return slimDocument(path, {}, files);
     }
 
-    static Bytes read(const std::wstring& path) {
-        return readWholeFile(L"\\\\?\\" + path);
-    }
+    static Bytes read(const std::wstring& path) { return readWholeFile(L"\\\\?\\" + path); }
     static std::wstring backupOf(const std::wstring& path) {
         return path + L".20240131_142501.mirelobak";
     }
