@@ -99,9 +99,12 @@ class Nginx:
 
 
 class OddServer:
-    """Announces, breaks off, falls silent and drips, by path; keeps the submissions it is sent."""
+    """A signature server with `document`, which also announces, breaks off, falls silent and drips, by
+    path. Keeps what it was asked ("GET /path") and the submissions it was sent."""
 
-    def __init__(self, certificate):
+    def __init__(self, certificate, port=0):
+        self.document = b""
+        self.requests = []
         self.submissions = []
         self.closing = threading.Event()
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
@@ -119,10 +122,16 @@ class OddServer:
                 pass
 
             def do_GET(self):
+                outer.requests.append(f"GET {self.path}")
                 self.close_connection = True
+                if self.path == "/api/mirelo/signatures.php":
+                    self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" %
+                                     len(outer.document) + outer.document)
+                    return
                 getattr(outer, "_" + self.path.strip("/").replace("-", "_"))(self.wfile)
 
             def do_POST(self):
+                outer.requests.append(f"POST {self.path}")
                 body = self.rfile.read(int(self.headers["Content-Length"]))
                 outer.submissions.append((self.path, dict(self.headers), body))
                 self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok")
@@ -133,7 +142,7 @@ class OddServer:
             def handle_error(self, *_):
                 pass
 
-        self._server = Server(("127.0.0.1", 0), Handler)
+        self._server = Server(("127.0.0.1", port), Handler)
         self.port = self._server.server_port
         self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
         self._thread.start()
