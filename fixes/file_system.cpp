@@ -34,6 +34,8 @@ std::wstring ReasonText(const FileResult& result) {
 }
 
 FileResult CreateFolders(FileSystem& files, const std::wstring& base, std::wstring_view relative) {
+    const Inspection whole = files.inspect(base + L"\\" + std::wstring(relative));
+    if (whole.result.isDone() && whole.type == EntryType::folder) return {};
     for (std::size_t end = 0; end < relative.size();) {
         end = std::min(relative.find(L'\\', end + 1), relative.size());
         const std::wstring folder = base + L"\\" + std::wstring(relative.substr(0, end));

@@ -47,13 +47,14 @@ void SettleTransfer(FileSystem& files, const std::wstring& from, const std::wstr
     const std::wstring part = PartOf(to);
     const Inspection unfinished = files.inspect(part);
     if (!unfinished.isFile()) return;
+    const bool isWhole = isWholeCopy(unfinished, stamp);
     const Inspection original = files.inspect(from);
-    const bool hasOriginal = original.isFile() && original.stamp.size == stamp.size &&
-                             original.stamp.modified == stamp.modified;
-    // The original of a copy that is not whole was never removed.
-    if (hasOriginal || !isWholeCopy(unfinished, stamp)) {
+    const bool isOriginal = original.isFile() && original.stamp.size == stamp.size &&
+                            original.stamp.modified == stamp.modified;
+    // The original of a copy that is not whole was never removed; what stands there may be newer.
+    if (isOriginal || (original.isFile() && !isWhole)) {
         files.remove(part, nullptr);
-    } else if (files.inspect(to).result.outcome == FileOutcome::missing) {
+    } else if (isWhole && files.inspect(to).result.outcome == FileOutcome::missing) {
         files.rename(part, to, nullptr);
     }
 }
