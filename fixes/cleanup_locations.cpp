@@ -2,35 +2,9 @@
 
 #include <algorithm>
 
+#include "fixes/wildcard.h"
+
 namespace {
-
-// Patterns are ASCII, so no other letter needs folding, and none can match by accident.
-wchar_t folded(wchar_t c) {
-    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-}
-
-// One star is remembered: what follows it is tried one character further on whenever it stops
-// fitting, which is enough because a later star takes over from an earlier one.
-bool matches(std::wstring_view name, std::wstring_view pattern) {
-    constexpr std::size_t kNone = std::wstring_view::npos;
-    std::size_t n = 0, p = 0, star = kNone, starName = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == L'*') {
-            star = p++;
-            starName = n;
-        } else if (p < pattern.size() && folded(pattern[p]) == folded(name[n])) {
-            ++p, ++n;
-        } else if (star != kNone) {
-            p = star + 1;
-            n = ++starName;
-        } else {
-            return false;
-        }
-    }
-    while (p < pattern.size() && pattern[p] == L'*')
-        ++p;
-    return p == pattern.size();
-}
 
 std::wstring_view takeName(std::wstring_view& path) {
     const std::size_t end = std::min(path.find(L'\\'), path.size());
@@ -47,7 +21,7 @@ struct Match {
 
 Match matchFromRoot(std::wstring_view path, std::wstring_view pattern) {
     while (!path.empty() && !pattern.empty())
-        if (!matches(takeName(path), takeName(pattern))) return {.fits = false};
+        if (!MatchesPattern(takeName(path), takeName(pattern))) return {.fits = false};
     return {true, !path.empty(), !pattern.empty()};
 }
 
@@ -83,6 +57,6 @@ bool IsUserWork(std::wstring_view fileName) {
         L"*.ttf",       L"*.otf",        L"*.ttc",        // fonts
         L"*.pfb",       L"*.mirelobak",                   // and what this tool keeps
     };
-    return std::ranges::any_of(kNames,
-                               [&](std::wstring_view name) { return matches(fileName, name); });
+    return std::ranges::any_of(
+        kNames, [&](std::wstring_view name) { return MatchesPattern(fileName, name); });
 }

@@ -32,6 +32,10 @@ void listLocation(FileSystem& files, const std::wstring& root, const CleanupLoca
     }
 }
 
+// Upper bounds for what a manifest says beside the paths.
+constexpr std::size_t kFrameBytes = 256;
+constexpr std::size_t kEntryBytes = 320;
+
 bool isTaken(const ListedItem& item) {
     if (item.type == EntryType::link || !CanBeRecorded(item.relative)) return false;
     const std::size_t slash = item.relative.rfind(L'\\');
@@ -72,15 +76,21 @@ KindTotal CleanupPlan::total() const {
     return sum;
 }
 
-CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots) {
+CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots,
+                        std::size_t manifestBytes) {
     CleanupPlan plan;
     std::set<std::wstring> seen;
+    std::size_t room = manifestBytes - std::min(manifestBytes, kFrameBytes);
     for (const ListedItem& item : listing.items) {
         if (!isTaken(item)) continue;
         const CleanupLocation& location = *item.location;
         const auto rootIndex = static_cast<std::size_t>(location.root);
         std::wstring path = roots[rootIndex] + L"\\" + item.relative;
         if (!seen.insert(lowered(path)).second) continue;
+        // The path stands there twice, in UTF-8 and with its backslashes doubled.
+        const std::size_t needed = kEntryBytes + 2 * 4 * path.size();
+        if (needed > room) break;
+        room -= needed;
         const bool isFolder = item.type == EntryType::folder;
         if (!isFolder) {
             KindTotal& total = plan.totals[static_cast<std::size_t>(location.kind)];

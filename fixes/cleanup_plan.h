@@ -51,13 +51,18 @@ struct CleanupPlan {
     [[nodiscard]] KindTotal total() const;
 };
 
+/// A manifest beyond this size is neither made nor read; it holds some hundred thousand files.
+inline constexpr std::size_t kLargestManifest = 64 << 20;
+
 /// True for a path from a root that names exactly one thing below it and that the manifest can
 /// hold.
 bool CanBeRecorded(std::wstring_view relative);
 
-/// Leaves out links, people's own work, what cannot be recorded, and what a row
-/// before has taken already.
-CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots);
+/// Leaves out links, people's own work, what cannot be recorded, and what a row before has taken
+/// already. The manifest of a plan has at most `manifestBytes`; what is beyond waits for the next
+/// cleanup.
+CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots,
+                        std::size_t manifestBytes = kLargestManifest);
 
 /// The question before the plan is carried out.
 std::wstring CleanupQuestion(const CleanupPlan& plan, const std::wstring& backupFolder,

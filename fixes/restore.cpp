@@ -12,9 +12,6 @@ namespace {
 
 const std::wstring kPrefix = L"[Restore] ";
 
-// Some fifty thousand files: far more than a cleanup finds, far less than memory holds.
-constexpr std::uint64_t kLargestManifest = 64 << 20;
-
 struct Backup {
     std::wstring folder;
     std::wstring manifestPath;
@@ -197,6 +194,10 @@ std::vector<std::wstring> RestoreLines(const RestoreReport& report) {
 }
 
 void OnRestore(const Shell& shell, const BackupWorld& world) {
+    if (world.toolFolder.empty()) {
+        shell.appendLog(kPrefix + L"Failed: the folder for application data cannot be found.");
+        return;
+    }
     for (std::wstring& line : RestoreLines(RestoreNewestBackup(world)))
         shell.appendLog(std::move(line));
 }

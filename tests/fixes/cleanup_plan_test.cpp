@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
+#include "base/text.h"
+#include "fixes/backup_manifest.h"
 #include "tests/fixes/staged_profile.h"
 
 namespace {
@@ -97,6 +100,23 @@ TEST(CleanupPlan, TakesAFileOnceWhereRootsOverlap) {
     files.add(L"D:\\Temp\\Corel\\errors.log", "x");
     EXPECT_EQ(planOf(files, {kStagedRoots[0], kStagedRoots[1], L"D:\\Temp"}).items.size(), 2U);
     EXPECT_TRUE(planOf(files, {}).items.empty());
+}
+
+TEST(CleanupPlan, MakesNoManifestThatIsTooLargeToRead) {
+    FakeFileSystem files;
+    stage(files);
+    for (int i = 0; i < 40; ++i)
+        files.add(kStagedRoots[2] + L"\\Corel\\" + std::wstring(200, L'\u4E2D') + decimal(i), "x");
+    const CleanupListing listing = ListCleanupItems(files, kStagedRoots);
+    const std::size_t all = PlanCleanup(listing, kStagedRoots).items.size();
+    for (const std::size_t limit : {0U, 1'000U, 5'000U, 20'000U, 40'000U}) {
+        Manifest manifest;
+        for (const PlannedItem& item : PlanCleanup(listing, kStagedRoots, limit).items)
+            manifest.entries.push_back({item, Progress::planned});
+        EXPECT_LE(WriteManifest(manifest).json.size(), std::max<std::size_t>(limit, 256));
+        EXPECT_LT(manifest.entries.size(), all);
+        EXPECT_GE(manifest.entries.size(), limit / 2'500);
+    }
 }
 
 TEST(CleanupPlan, AsksWithCountsSizesAndTheFolder) {
