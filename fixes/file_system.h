@@ -105,7 +105,7 @@ class FileSystem {
     virtual FileResult compare(const std::wstring& left, const std::wstring& right) = 0;
     /// Removes a file, read-only or not. `expected` as for `rename`.
     virtual FileResult remove(const std::wstring& path, const FileStamp* expected) = 0;
-    /// Sets times and attributes of a file, or the times of a folder.
+    /// Sets times and attributes of a file or a folder.
     virtual FileResult setStamp(const std::wstring& path, const FileStamp& stamp) = 0;
 };
 

@@ -343,6 +343,7 @@ FileResult WindowsFileSystem::setStamp(const std::wstring& path, const FileStamp
                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                     FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!handle) return lastResult(FALSE);
-    return setBasicInfo(handle.get(), stamp,
-                        seen.type == EntryType::file ? attributesFor(stamp) : 0);
+    return setBasicInfo(
+        handle.get(), stamp,
+        seen.type == EntryType::file ? attributesFor(stamp) : stamp.attributes & kKeptAttributes);
 }

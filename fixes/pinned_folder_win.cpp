@@ -53,7 +53,8 @@ std::wstring RealPathOf(HANDLE handle) {
 }
 
 FileResult PinnedFolder::add(std::wstring folder, bool isBase) {
-    const std::wstring path = LongPath(folder);
+    // With its backslash the base may also be a drive.
+    const std::wstring path = LongPath(folder) + (isBase ? L"\\" : L"");
     // A handle that may list takes part in sharing, one that may only read attributes does not.
     FileHandle handle(CreateFileW(
         path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,

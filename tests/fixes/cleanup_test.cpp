@@ -28,6 +28,7 @@ struct Stage {
         for (const StagedFile& file : kStagedFiles)
             files.add(kStagedUser + L"\\" + file.path, utf8FromWide(file.path));
         files.find(kStagedRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
+        files.find(kStagedRoots[0] + L"\\Corel\\Messages\\540\\EN")->attributes = 0x2;
         files.addFolder(ParentFolder(world.toolFolder));
     }
 
@@ -221,6 +222,7 @@ TEST(Cleanup, KeepsNoBackupWhenNothingCouldBeMoved) {
     const CleanupPlan plan = stage.plan();
     for (const PlannedItem& item : plan.items)
         if (!item.isFolder) stage.files.find(item.path)->isInUse = true;
+    stage.files.addFolder(kStagedRoots[2] + L"\\Corel\\an empty folder");
     const Snapshot before = stage.profile();
     stage.clean();
     EXPECT_EQ(difference(stage.profile(), before), "");

@@ -206,6 +206,7 @@ FileResult FakeFileSystem::copy(const std::wstring& from, const std::wstring& to
     step();
     touchParent(to);
     copied.path = to;
+    if (spoilsCopies) copied.contents.back() ^= 1;
     partial = copied;
     if (to[0] == L'D') freeOnD -= copied.contents.size();
     return {};
@@ -219,6 +220,7 @@ FileResult FakeFileSystem::compare(const std::wstring& left, const std::wstring&
 }
 
 FileResult FakeFileSystem::remove(const std::wstring& path, const FileStamp* expected) {
+    if (beforeRemoving) beforeRemoving();
     Node* node = nullptr;
     const FileResult result = access(path, expected, node);
     if (!result.isDone()) return result;
@@ -235,6 +237,6 @@ FileResult FakeFileSystem::setStamp(const std::wstring& path, const FileStamp& s
     step();
     node->created = stamp.created;
     node->modified = stamp.modified;
-    if (node->type == EntryType::file) node->attributes = stamp.attributes;
+    node->attributes = stamp.attributes;
     return {};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <map>
 #include <string>
@@ -51,6 +52,10 @@ class FakeFileSystem final : public FileSystem {
     /// The step that kills; each call that changes something is one, a copy and a new file two.
     int killAt = std::numeric_limits<int>::max();
     int steps = 0;
+    /// What others do just before a file is removed.
+    std::function<void()> beforeRemoving;
+    /// Copies come out with a wrong byte.
+    bool spoilsCopies = false;
     /// Free bytes on drive D.
     std::uint64_t freeOnD = std::numeric_limits<std::uint64_t>::max();
 
