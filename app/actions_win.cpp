@@ -21,6 +21,7 @@
 #include "diagnosis/system_files_win.h"
 #include "fixes/environment.h"
 #include "fixes/environment_scan_win.h"
+#include "fixes/fix_actions_win.h"
 #include "fixes/printer_win.h"
 #include "slim/slim_action_win.h"
 
@@ -45,6 +46,18 @@ void showDashboard(MainWindow& window) {
 
 void switchPrinter(MainWindow& window) {
     OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
+}
+
+void cleanUp(MainWindow& window) {
+    OnCleanup(window.shell);
+}
+
+void restoreBackup(MainWindow& window) {
+    OnRestore(window.shell);
+}
+
+void optimizeSettings(MainWindow& window) {
+    OnOptimizeSettings(window.shell);
 }
 
 void slimFiles(MainWindow& window) {
@@ -98,6 +111,9 @@ constexpr Action kActions[] = {
     {kCaptureAction, captureNow},
     {kDashboardAction, showDashboard},
     {kPrinterAction, switchPrinter},
+    {kCleanupAction, cleanUp},
+    {kRestoreAction, restoreBackup},
+    {kSettingsAction, optimizeSettings},
     {kSlimAction, slimFiles},
     {kUpdateAction, updateSignatures},
     {kSubmitAction, submitCapture},
