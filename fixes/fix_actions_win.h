@@ -12,5 +12,5 @@ void OnRestore(const Shell& shell);
 /// Sets CorelDRAW's undo levels to 30 and its welcome screen off.
 void OnOptimizeSettings(const Shell& shell);
 
-/// True while a process of any session that this user can see is named "CorelDRW.exe".
+/// True while any process is named "CorelDRW.exe".
 bool IsCorelRunning();

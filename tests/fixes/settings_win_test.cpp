@@ -11,7 +11,6 @@
 #include "fixes/fix_actions_win.h"
 #include "fixes/registry_export.h"
 #include "fixes/registry_win.h"
-#include "fixes/settings_change.h"
 #include "tests/fixes/registry_samples.h"
 #include "tests/fixes/staged_folder_win.h"
 
@@ -113,40 +112,6 @@ TEST(SettingsOnWindows, ImportGivesBackExactlyWhatWasExported) {
                     << utf8FromWide((*before)[i].values[j].name);
         }
     }
-}
-
-TEST(SettingsOnWindows, OptimisesAndTheExportUndoesIt) {
-    const StagedKey key;
-    const StagedFolder folder;
-    const std::wstring corel = key.path() + L"\\Corel\\CorelDRAW";
-    const std::wstring general = corel + L"\\24.0\\Draw\\Application Preferences\\General";
-    writeKey(general, importableValues());
-    writeKey(general, {{L"UndoLevels", kRegistryText, DataOfText(L"150")},
-                       {L"ShowWelcomeScreen", kRegistryNumber, DataOfNumber(1)}});
-    const auto before = readSorted(key.path());
-
-    WindowsRegistry registry;
-    WindowsFileSystem files({folder.path()});
-    std::vector<std::wstring> log;
-    const Shell shell = {
-        [&](std::wstring line) { log.push_back(std::move(line)); },
-        [](const std::wstring&, const std::wstring&, ConfirmStyle) { return true; },
-        [](std::wstring) {}};
-    OnOptimizeSettings(shell, {registry,
-                               {files,
-                                {},
-                                folder.path() + L"\\Mirelo",
-                                [] { return false; },
-                                [] {
-                                    return BackupWorld::Now{1, 1};
-                                }},
-                               corel});
-    ASSERT_EQ(log.size(), 3U);
-    EXPECT_TRUE(log[2].starts_with(L"[Settings] [OK] 2 of 2")) << utf8FromWide(log[2]);
-    EXPECT_NE(readSorted(key.path()), before);
-    const std::wstring file = log[2].substr(log[2].find(folder.path()));
-    ASSERT_EQ(RunToEnd(L"reg.exe import \"" + file + L"\""), 0);
-    EXPECT_TRUE(readSorted(key.path()) == before);
 }
 
 TEST(SettingsOnWindows, FindsARunningCorelByItsName) {
