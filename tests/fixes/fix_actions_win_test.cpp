@@ -1,14 +1,16 @@
-// The export against the real registry and the system's own import.
+// The actions on the real registry and against the system's own import.
+#include "fixes/fix_actions_win.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 #include "base/handle_win.h"
 #include "base/text.h"
 #include "fixes/file_system_win.h"
-#include "fixes/fix_actions_win.h"
 #include "fixes/registry_export.h"
 #include "fixes/registry_win.h"
 #include "tests/fixes/registry_samples.h"
@@ -131,4 +133,24 @@ TEST(SettingsOnWindows, FindsARunningCorelByItsName) {
     EXPECT_TRUE(IsCorelRunning());
     TerminateProcess(process.get(), 0);
     WaitForSingleObject(process.get(), 10'000);
+}
+
+TEST(FixActions, WaitForNoOtherProgram) {
+    // A mutex belongs to a thread, so another thread can stand for another program.
+    const KernelHandle mutex(CreateMutexW(nullptr, TRUE, kBackupsMutex));
+    std::vector<std::wstring> log;
+    const Shell shell = {
+        [&](std::wstring line) { log.push_back(std::move(line)); },
+        [](const std::wstring&, const std::wstring&, ConfirmStyle) { return false; },
+        [](std::wstring) {}};
+    std::thread([&] {
+        OnCleanup(shell);
+        OnRestore(shell);
+        OnOptimizeSettings(shell);
+    }).join();
+    ReleaseMutex(mutex.get());
+    ASSERT_EQ(log.size(), 3U);
+    EXPECT_TRUE(log[0].starts_with(L"[Cleanup] Another Mirelo"));
+    EXPECT_TRUE(log[1].starts_with(L"[Restore] Another Mirelo"));
+    EXPECT_TRUE(log[2].starts_with(L"[Settings] Another Mirelo"));
 }
