@@ -1,5 +1,5 @@
 // The value and the parser. Neither recurses with the document: the text comes from a server that
-// tolerates no trust, and two megabytes of "[" would be two million calls deep.
+// deserves no trust, and two megabytes of "[" would be two million calls deep.
 #include "cloud/json.h"
 
 #include <algorithm>
@@ -12,10 +12,20 @@
 
 namespace {
 
+// Never destroyed: a thread that the program does not wait for may still read while it exits.
+template <typename T>
+union Immortal {
+    Immortal() : value() {}
+    Immortal(const Immortal&) = delete;
+    Immortal& operator=(const Immortal&) = delete;
+    ~Immortal() {}  // NOLINT(modernize-use-equals-default): that one would be deleted
+    T value;
+};
+
 template <typename T>
 const T& SharedEmpty() {
-    static const T empty{};
-    return empty;
+    static const Immortal<T> empty;
+    return empty.value;
 }
 
 }  // namespace
@@ -87,6 +97,8 @@ JsonValue& JsonValue::lastChild() {
 }
 
 void JsonValue::dropLastChild() {
+    // Whoever drops a child has looked into it already; its destructor need not do so again.
+    lastChild().payload_.emplace<std::monostate>();
     if (array() != nullptr) {
         array()->pop_back();
     } else {
@@ -173,7 +185,7 @@ bool IsTooLarge(std::string_view number) {
     const std::string_view digits = number.substr(0, mark);
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
-    return point - first + exponent > 0;
+    return exponent > first - point;
 }
 
 // What `strtod` makes of a run of number characters, without calling it: some C libraries take
@@ -323,15 +335,35 @@ class Parser {
 
     bool ReadString(std::string& string) {
         if (!Take("\"")) return false;
-        for (;;) {
-            const char* const begin = cursor_;
-            while (cursor_ != end_ && *cursor_ != '"' && *cursor_ != '\\')
-                ++cursor_;
-            if (cursor_ == end_) return false;
-            string.append(begin, cursor_);
-            if (*cursor_++ == '"') return true;
-            if (!ReadEscape(string)) return false;
+        std::string_view plain;
+        if (!ReadPlain(plain)) return false;
+        if (*cursor_++ == '"') {
+            string = plain;
+            return true;
         }
+        if (!ReadEscaped(plain)) return false;
+        string = unescaped_;
+        return true;
+    }
+
+    // What stands before the next quote or backslash, where the cursor is then.
+    bool ReadPlain(std::string_view& plain) {
+        const char* const begin = cursor_;
+        while (cursor_ != end_ && *cursor_ != '"' && *cursor_ != '\\')
+            ++cursor_;
+        plain = {begin, cursor_};
+        return cursor_ != end_;
+    }
+
+    // The rest of a string from behind its first backslash; all of it collects in one buffer, whose
+    // memory serves every string.
+    bool ReadEscaped(std::string_view plain) {
+        unescaped_ = plain;
+        do {
+            if (!ReadEscape(unescaped_) || !ReadPlain(plain)) return false;
+            unescaped_ += plain;
+        } while (*cursor_++ == '\\');
+        return true;
     }
 
     bool ReadEscape(std::string& string) {
@@ -383,6 +415,7 @@ class Parser {
     std::vector<Container> open_;
     std::vector<JsonValue> values_;
     std::vector<std::string> keys_;
+    std::string unescaped_;
 };
 
 }  // namespace

@@ -37,9 +37,7 @@ class JsonValue {
     }
     ~JsonValue();
 
-    [[nodiscard]] JsonTag tag() const {
-        return static_cast<JsonTag>(payload_.index());
-    }
+    [[nodiscard]] JsonTag tag() const { return static_cast<JsonTag>(payload_.index()); }
     /// The payload of the kind that the tag names; of any other kind an empty one.
     [[nodiscard]] bool boolean() const;
     [[nodiscard]] double number() const;
@@ -52,9 +50,7 @@ class JsonValue {
     using Payload =
         std::variant<std::monostate, bool, double, std::string, Elements, std::unique_ptr<Members>>;
 
-    [[nodiscard]] Elements* array() {
-        return std::get_if<Elements>(&payload_);
-    }
+    [[nodiscard]] Elements* array() { return std::get_if<Elements>(&payload_); }
     [[nodiscard]] Members* object();
     [[nodiscard]] bool isFilled() const;
     [[nodiscard]] bool isNested() const;

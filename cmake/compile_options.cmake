@@ -1,7 +1,7 @@
 # Options for every target of ours: warnings are errors, and the Windows program is one small file.
 add_compile_options(
   -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wcast-align
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wdouble-promotion -Wformat=2
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2
   -Wimplicit-fallthrough -Wundef)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wduplicated-cond -Wlogical-op)
@@ -19,5 +19,7 @@ if(WIN32)
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX STRICT
                           WINVER=0x0A00 _WIN32_WINNT=0x0A00)
   add_compile_options(-ffunction-sections -fdata-sections)
-  add_link_options(-static -Wl,--gc-sections)
+  # One commit gives the same bytes wherever and whenever it is built.
+  add_link_options(-static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
 endif()

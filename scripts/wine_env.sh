@@ -19,7 +19,7 @@ mirelo_make_prefix() {
         local font
         for font in "Microsoft YaHei UI" "Tahoma" "Segoe UI"; do
             "$MIRELO_WINE" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" \
-                /d "Noto Sans CJK SC" /f >/dev/null 2>&1
+                /d "WenQuanYi Micro Hei" /f >/dev/null 2>&1
         done
         touch "$WINEPREFIX/mirelo-ready"
     ) 9>"$WINEPREFIX/.lock"

@@ -1,0 +1,21 @@
+// Points and rectangles in device-independent pixels, 96 to the inch.
+#pragma once
+
+struct PointDip {
+    float x = 0;
+    float y = 0;
+};
+
+struct RectDip {
+    float x = 0;
+    float y = 0;
+    float width = 0;
+    float height = 0;
+
+    [[nodiscard]] constexpr float right() const { return x + width; }
+    [[nodiscard]] constexpr float bottom() const { return y + height; }
+    /// All four edges belong to the rectangle.
+    [[nodiscard]] constexpr bool contains(PointDip p) const {
+        return x <= p.x && p.x <= right() && y <= p.y && p.y <= bottom();
+    }
+};

@@ -1,0 +1,359 @@
+// The window procedure is dispatch: one call per message.
+#include "app/main_window_win.h"
+
+#include <windowsx.h>
+
+#include <thread>
+
+#include "app/actions.h"
+#include "app/actions_win.h"
+#include "app/dpi_win.h"
+#include "app/language.h"
+#include "app/language_file_win.h"
+#include "app/strings.h"
+#include "base/text.h"
+#include "cloud/services_win.h"
+#include "cloud/signatures.h"
+#include "fixes/printer_win.h"
+
+namespace {
+
+constexpr const wchar_t* kClassName = L"MireloMain";
+constexpr int kIconId = 100;
+constexpr int kDefaultWidthDip = 1040;
+constexpr int kDefaultHeightDip = 880;
+constexpr int kSmallestWidthDip = 880;
+constexpr int kSmallestHeightDip = 640;
+
+SIZE defaultSize(UINT dpi) {
+    return {pixelsFromDip(kDefaultWidthDip, dpi), pixelsFromDip(kDefaultHeightDip, dpi)};
+}
+
+RECT centredInWorkArea(SIZE size) {
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    const LONG left = work.left + (work.right - work.left - size.cx) / 2;
+    const LONG top = work.top + (work.bottom - work.top - size.cy) / 2;
+    return {left, top, left + size.cx, top + size.cy};
+}
+
+void moveTo(HWND hwnd, const RECT& rect, UINT flags) {
+    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+                 flags);
+}
+
+PointDip dipFromPixels(const MainWindow& window, POINT point) {
+    return {static_cast<float>(point.x) * 96 / window.dpiScale,
+            static_cast<float>(point.y) * 96 / window.dpiScale};
+}
+
+PointDip pointOf(const MainWindow& window, LPARAM lParam) {
+    return dipFromPixels(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+}
+
+MeasureText measurerOf(const MainWindow& window) {
+    return [&window](const std::wstring& text, TextStyle style, float maxWidthDip) {
+        return window.renderer.measure(text, style, maxWidthDip);
+    };
+}
+
+void setDpi(MainWindow& window, UINT dpi) {
+    if (dpi == 0) return;
+    window.dpi = dpi;
+    window.dpiScale = static_cast<float>(dpi);
+}
+
+void setClientSize(MainWindow& window, LONG widthPx, LONG heightPx) {
+    const PointDip corner = dipFromPixels(window, {widthPx, heightPx});
+    window.clientWidthDip = corner.x;
+    window.clientHeightDip = corner.y;
+}
+
+void readClientSize(MainWindow& window) {
+    RECT client{};
+    GetClientRect(window.hwnd, &client);
+    setClientSize(window, client.right, client.bottom);
+}
+
+Shell shellOf(MainWindow& window) {
+    return {
+        [&window](std::wstring text) { appendLine(window.state.log, std::move(text)); },
+        // A box without an owner outlives a window that is closed meanwhile: its Yes comes too
+        // late.
+        [&window](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
+            const int answer =
+                MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style));
+            return answer == IDYES && IsWindow(window.hwnd);
+        },
+        [&window](std::wstring text) { window.state.statusText = std::move(text); },
+    };
+}
+
+void loadSignatures(MainWindow& window) {
+    LoadBuiltInRules(window.rules);
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    window.signatureStatus = signatureLabel(load.status);
+    window.shell.appendLog(
+        L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
+    window.shell.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
+                           decimalUnsigned(load.ruleCount) + L" rules)");
+}
+
+// Nobody waits for the download: it touches nothing of the window's, and its message is lost when
+// the window has gone. Without memory for a thread the program has no future: the exception ends
+// it.
+void startBackgroundUpdate(const MainWindow& window) {
+    if (!window.cloud.isNetworkEnabled()) return;
+    std::thread([hwnd = window.hwnd, cloud = window.cloud] {
+        if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
+    }).detach();
+}
+
+void onSignaturesUpdated(MainWindow& window) {
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    if (load.ruleCount > 0) {
+        window.shell.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
+                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
+    }
+    invalidate(window);
+}
+
+void onCreate(MainWindow& window) {
+    setDpi(window, GetDpiForWindow(window.hwnd));
+    moveTo(window.hwnd, centredInWorkArea(defaultSize(window.dpi)), SWP_NOZORDER);
+    window.renderer.createFormats();
+    window.renderer.createTarget(window.hwnd, window.dpi);
+    readClientSize(window);
+    window.shell = shellOf(window);
+    window.cloud = SystemCloudServices();
+    loadSignatures(window);
+    startBackgroundUpdate(window);
+    refreshInstances(window);
+}
+
+void onDestroy(MainWindow& window) {
+    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters());
+    saveLanguage();
+    window.renderer.release();
+    PostQuitMessage(0);
+}
+
+void onSize(MainWindow& window, LPARAM lParam) {
+    const UINT widthPx = LOWORD(lParam);
+    const UINT heightPx = HIWORD(lParam);
+    window.renderer.resizeTarget(widthPx, heightPx);
+    setClientSize(window, static_cast<LONG>(widthPx), static_cast<LONG>(heightPx));
+    invalidate(window);
+}
+
+void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
+    const UINT dpi = HIWORD(wParam);
+    setDpi(window, dpi != 0 ? dpi : GetDpiForWindow(window.hwnd));
+    moveTo(window.hwnd, *reinterpret_cast<const RECT*>(lParam), SWP_NOZORDER | SWP_NOACTIVATE);
+    window.renderer.createTarget(window.hwnd, window.dpi);
+    readClientSize(window);
+    invalidate(window);
+}
+
+void onGetMinMaxInfo(const MainWindow& window, LPARAM lParam) {
+    reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
+        pixelsFromDip(kSmallestWidthDip, window.dpi),
+        pixelsFromDip(kSmallestHeightDip, window.dpi)};
+}
+
+Layout layOut(MainWindow& window) {
+    LayoutInput input;
+    input.clientWidthDip = window.clientWidthDip;
+    input.clientHeightDip = window.clientHeightDip;
+    input.currentTab = window.state.currentTab;
+    for (const CdrInstance& instance : window.state.instances) {
+        input.instanceRows.push_back(InstanceRowText(instance));
+    }
+    input.selectedInstance = window.state.selectedInstance;
+    input.signatureStatus = window.signatureStatus;
+    input.networkEnabled = window.cloud.isNetworkEnabled();
+    Layout layout = buildLayout(input, measurerOf(window));
+    takeLayout(window.state, layout);
+    return layout;
+}
+
+void onPaint(MainWindow& window) {
+    PAINTSTRUCT paint{};
+    BeginPaint(window.hwnd, &paint);
+    if (!window.renderer.hasTarget()) window.renderer.createTarget(window.hwnd, window.dpi);
+    const Layout layout = layOut(window);
+    const bool painted = window.renderer.paint(
+        {layout, window.state.log, window.state.statusText, window.state.hoverTarget});
+    EndPaint(window.hwnd, &paint);
+    if (!painted) invalidate(window);
+}
+
+void onMouseMove(MainWindow& window, LPARAM lParam) {
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, window.hwnd, 0};
+    TrackMouseEvent(&track);
+    if (moveHover(window.state, pointOf(window, lParam))) invalidate(window);
+}
+
+void onMouseLeave(MainWindow& window) {
+    if (window.state.hoverTarget == -1) return;
+    window.state.hoverTarget = -1;
+    invalidate(window);
+}
+
+// The system asks before every mouse move: the answer must not depend on the move's handling.
+bool onSetCursor(const MainWindow& window, LPARAM lParam) {
+    POINT cursor{};
+    if (LOWORD(lParam) != HTCLIENT || !GetCursorPos(&cursor)) return false;
+    ScreenToClient(window.hwnd, &cursor);
+    const bool clickable = hitTest(window.state.hitTargets, dipFromPixels(window, cursor)) >= 0;
+    SetCursor(LoadCursorW(nullptr, clickable ? IDC_HAND : IDC_ARROW));
+    return true;
+}
+
+void chooseLanguage(MainWindow& window, std::int32_t position) {
+    setLanguage(languageAt(position));
+    saveLanguage();
+    SetWindowTextW(window.hwnd, tr("app_title"));
+}
+
+void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
+    const ClickEffects effects{
+        [&window](std::int32_t position) { chooseLanguage(window, position); },
+        [&window](std::uint32_t id) { runAction(window, id); },
+    };
+    if (dispatchClick(window.state, pointOf(window, lParam), measurerOf(window), effects)) {
+        invalidate(window);
+    }
+}
+
+void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
+    POINT cursor{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    ScreenToClient(window.hwnd, &cursor);
+    if (!isInPanel(window.state.log, dipFromPixels(window, cursor))) return;
+    scrollLog(window.state.log, GET_WHEEL_DELTA_WPARAM(wParam));
+    invalidate(window);
+}
+
+void onKeyDown(MainWindow& window, WPARAM key) {
+    if (GetKeyState(VK_CONTROL) >= 0) return;
+    if (key == 'A') {
+        selectAllLines(window.state.log);
+        invalidate(window);
+    } else if (key == 'C') {
+        runAction(window, kCopyAction);
+        invalidate(window);
+    }
+}
+
+LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            onCreate(window);
+            return 0;
+        case WM_DESTROY:
+            onDestroy(window);
+            return 0;
+        case WM_ENDSESSION:
+            // The session may be over before the window is: what must be put back is put back now.
+            if (wParam != 0) DestroyWindow(window.hwnd);
+            return 0;
+        case WM_SIZE:
+            onSize(window, lParam);
+            return 0;
+        case WM_DPICHANGED:
+            onDpiChanged(window, wParam, lParam);
+            return 0;
+        case WM_GETMINMAXINFO:
+            onGetMinMaxInfo(window, lParam);
+            return 0;
+        case WM_PAINT:
+            onPaint(window);
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_MOUSEMOVE:
+            onMouseMove(window, lParam);
+            return 0;
+        case WM_MOUSELEAVE:
+            onMouseLeave(window);
+            return 0;
+        case WM_LBUTTONDOWN:
+            onLeftButtonDown(window, lParam);
+            return 0;
+        case WM_MOUSEWHEEL:
+            onMouseWheel(window, wParam, lParam);
+            return 0;
+        case WM_KEYDOWN:
+            onKeyDown(window, wParam);
+            return 0;
+        case kSignaturesUpdated:
+            onSignaturesUpdated(window);
+            return 0;
+        case WM_SETCURSOR:
+            if (onSetCursor(window, lParam)) return TRUE;
+            break;
+        default:
+            break;
+    }
+    return DefWindowProcW(window.hwnd, message, wParam, lParam);
+}
+
+// An exception must not travel through the system that called: it ends the program here.
+LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    if (message == WM_NCCREATE) {
+        auto* window = static_cast<MainWindow*>(
+            reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
+        window->hwnd = hwnd;
+        SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(window));
+    }
+    auto* window = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+    if (window == nullptr) return DefWindowProcW(hwnd, message, wParam, lParam);
+    return handle(*window, message, wParam, lParam);
+}
+
+// The frame drawn for the size, not the large one scaled.
+HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
+    return static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(kIconId), IMAGE_ICON,
+                                         GetSystemMetrics(widthMetric),
+                                         GetSystemMetrics(heightMetric), LR_DEFAULTCOLOR));
+}
+
+// The window may stand on another monitor than the one its first size was made for.
+void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
+    const UINT dpi = GetDpiForWindow(hwnd);
+    if (dpi == 0 || dpi == usedDpi) return;
+    RECT old{};
+    GetWindowRect(hwnd, &old);
+    const SIZE size = defaultSize(dpi);
+    const LONG left = old.left + (old.right - old.left - size.cx) / 2;
+    const LONG top = old.top + (old.bottom - old.top - size.cy) / 2;
+    moveTo(hwnd, {left, top, left + size.cx, top + size.cy}, SWP_NOZORDER);
+}
+
+}  // namespace
+
+HWND createMainWindow(HINSTANCE module, MainWindow& window) {
+    const UINT dpi = startDpi();
+    setDpi(window, dpi);
+
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = windowProc;
+    windowClass.hInstance = module;
+    windowClass.hIcon = loadIcon(module, SM_CXICON, SM_CYICON);
+    windowClass.hIconSm = loadIcon(module, SM_CXSMICON, SM_CYSMICON);
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = kClassName;
+    RegisterClassExW(&windowClass);
+
+    const RECT rect = centredInWorkArea(defaultSize(dpi));
+    HWND hwnd = CreateWindowExW(0, kClassName, tr("app_title"), WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+                                nullptr, nullptr, module, &window);
+    if (hwnd != nullptr) correctSizeForDpi(hwnd, dpi);
+    return hwnd;
+}
+
+void invalidate(const MainWindow& window) {
+    InvalidateRect(window.hwnd, nullptr, FALSE);
+}

@@ -1,0 +1,68 @@
+// Processes come from a Tool Help snapshot, windows from EnumWindows. What cannot be read stays
+// empty.
+#include "cdr/instances_win.h"
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <cwchar>
+
+#include "base/handle_win.h"
+#include "cdr/version_string_win.h"
+
+namespace {
+
+struct MainWindowSearch {
+    DWORD pid;
+    HWND window;
+    DWORD threadId;
+};
+
+BOOL CALLBACK TakeMainWindow(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<MainWindowSearch*>(parameter);
+    DWORD pid = 0;
+    const DWORD threadId = GetWindowThreadProcessId(window, &pid);
+    if (pid != search.pid || threadId == 0) return TRUE;
+    if (!IsWindowVisible(window) || GetWindow(window, GW_OWNER) != nullptr) return TRUE;
+    search.window = window;
+    search.threadId = threadId;
+    return FALSE;
+}
+
+void ReadExecutable(CdrInstance& instance) {
+    const KernelHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, instance.pid));
+    if (!process) return;
+    wchar_t path[MAX_PATH] = {};
+    DWORD length = MAX_PATH;
+    if (!QueryFullProcessImageNameW(process.get(), 0, path, &length)) return;
+    instance.exePath.assign(path, length);
+    instance.version = ReadVersionString(instance.exePath, L"ProductVersion");
+}
+
+}  // namespace
+
+std::vector<CdrInstance> EnumerateCdrInstances() {
+    std::vector<CdrInstance> instances;
+    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    if (!snapshot) return instances;
+
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
+         more = Process32NextW(snapshot.get(), &entry)) {
+        if (_wcsicmp(entry.szExeFile, L"CorelDRW.exe") != 0) continue;
+
+        CdrInstance instance;
+        instance.pid = entry.th32ProcessID;
+        ReadExecutable(instance);
+
+        MainWindowSearch search{instance.pid, nullptr, 0};
+        EnumWindows(TakeMainWindow, reinterpret_cast<LPARAM>(&search));
+        if (search.threadId == 0) continue;
+        instance.mainWindow = search.window;
+        instance.mainThreadId = search.threadId;
+        instances.push_back(std::move(instance));
+    }
+    return instances;
+}

@@ -1,0 +1,8 @@
+// Strings of a file's version resource.
+#pragma once
+
+#include <string>
+
+/// The named string ("ProductVersion", "CompanyName") in the first translation of the file's
+/// version resource; empty when the file, the resource, the translation or the string is missing.
+std::wstring ReadVersionString(const std::wstring& filePath, const std::wstring& valueName);

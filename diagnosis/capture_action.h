@@ -1,0 +1,33 @@
+// Capture Now: probe, capture, blame, explain.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/shell.h"
+#include "cdr/cdr_instance.h"
+#include "diagnosis/classify.h"
+#include "diagnosis/rules.h"
+#include "diagnosis/stack_frame.h"
+
+/// The last successful capture, kept for an anonymous submission.
+struct LastCapture {
+    /// Empty before the first capture.
+    std::vector<StackFrame> frames;
+    FrameCategory category = FrameCategory::unknown;
+    /// The captured instance's version; may be empty.
+    std::wstring version;
+};
+
+/// How the action senses the target; all members are always set.
+struct CaptureSensors {
+    std::function<bool(WindowHandle window, unsigned timeoutMs)> isResponsive;
+    std::function<CaptureResult(std::uint32_t pid, std::uint32_t threadId)> captureStack;
+    SystemFiles systemFiles;
+};
+
+/// Captures and explains a hang of `selected` (null: none selected) and writes the report. `last`
+/// is replaced by a successful capture only. Blocks for the probe's 800 ms and the capture.
+void OnCaptureNow(const Shell& shell, const CdrInstance* selected, const SignatureRuleBase& rules,
+                  const CaptureSensors& sensors, LastCapture& last);

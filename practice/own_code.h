@@ -1,0 +1,13 @@
+// Hanging in the program itself, without a library.
+#pragma once
+
+#include "practice/handshake.h"
+
+/// Waits in its own function.
+void RebuildDrawing(Handshake& handshake);
+
+/// Waits below more calls than any capture keeps.
+void OpenNestedGroups(Handshake& handshake);
+
+/// Sends a message to a window whose thread does not look at it, and answers nobody meanwhile.
+void AskSilentWindow(Handshake& handshake);

@@ -1,0 +1,10 @@
+// Paths beyond the 260 characters that Windows' file functions take by default.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// An absolute path, with backslashes and without "." and "..", in the extended form that lifts
+/// the limit: "\\?\C:\..." for a drive, "\\?\UNC\server\share\..." for a network path. A path
+/// that is already in a "\\?\" or "\\.\" form, or not absolute, is returned as it is.
+std::wstring extendedPath(std::wstring_view fullPath);

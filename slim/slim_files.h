@@ -1,0 +1,22 @@
+// The files of the slimming procedure, as it asks for them.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "slim/bytes.h"
+
+/// All members are always set. Paths are absolute or relative as the system takes them, of any
+/// length. None throws; a failure is an empty result or false.
+struct SlimFiles {
+    /// A file of 1 byte to 2 GiB, whole; empty for every other file and every failure.
+    std::function<Bytes(const std::wstring& path)> readWhole;
+    /// Copies a file to a path where nothing stands yet. True once the copy is on the disk itself;
+    /// a copy that failed leaves nothing behind.
+    std::function<bool(const std::wstring& from, const std::wstring& to)> copyFile;
+    /// Makes `contents` the whole contents of a file that nobody else has open. After a failure
+    /// the file may hold anything.
+    std::function<bool(const std::wstring& path, ByteView contents)> writeWhole;
+    /// The local time as year, month, day, "_", hours, minutes, seconds: "20240131_142501".
+    std::function<std::wstring()> localTimestamp;
+};

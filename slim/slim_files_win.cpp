@@ -1,0 +1,107 @@
+#include "slim/slim_files_win.h"
+
+#include "base/handle_win.h"
+#include "slim/long_path.h"
+
+namespace {
+
+constexpr LONGLONG kLargestFile = 0x80000000;
+// Folders have the shorter limit of MAX_PATH less a file name in the 8.3 form.
+constexpr std::size_t kLongestPlainPath = MAX_PATH - 12;
+
+// The path as the file functions take it at any length.
+std::wstring filePath(const std::wstring& path) {
+    if (path.size() < kLongestPlainPath) return path;
+    std::wstring full(path.size() + MAX_PATH, L'\0');
+    const DWORD length =
+        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (length == 0 || length >= full.size()) return path;
+    full.resize(length);
+    return extendedPath(full);
+}
+
+FileHandle openFile(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
+    return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// Opens for flushing, which needs write access; a copy of a read-only file is read-only itself.
+FileHandle openForFlush(const std::wstring& path) {
+    FileHandle file = openFile(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING);
+    if (file) return file;
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY))
+        return file;
+    SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    file = openFile(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING);
+    SetFileAttributesW(path.c_str(), attributes);
+    return file;
+}
+
+bool flushToDisk(const std::wstring& path) {
+    const FileHandle file = openForFlush(path);
+    return file && FlushFileBuffers(file.get());
+}
+
+void discard(const std::wstring& path) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path.c_str());
+}
+
+bool copyToDisk(const std::wstring& from, const std::wstring& to) try {
+    const std::wstring target = filePath(to);
+    if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
+    if (!CopyFileW(filePath(from).c_str(), target.c_str(), TRUE)) {
+        if (GetLastError() != ERROR_FILE_EXISTS) discard(target);
+        return false;
+    }
+    if (flushToDisk(target)) return true;
+    discard(target);
+    return false;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+// Overwrites in place and cuts off what is left of longer contents: the file keeps its blocks,
+// attributes and streams.
+bool writeWholeFile(const std::wstring& path, ByteView contents) try {
+    if (contents.size() > MAXDWORD) return false;
+    const FileHandle file = openFile(filePath(path), GENERIC_WRITE, 0, OPEN_ALWAYS);
+    if (!file) return false;
+    const auto size = static_cast<DWORD>(contents.size());
+    DWORD written = 0;
+    return WriteFile(file.get(), contents.data(), size, &written, nullptr) && written == size &&
+           SetEndOfFile(file.get());
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+std::wstring localTimestamp() {
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    wchar_t text[32];
+    const int length = wsprintfW(text, L"%04u%02u%02u_%02u%02u%02u", now.wYear, now.wMonth,
+                                 now.wDay, now.wHour, now.wMinute, now.wSecond);
+    return std::wstring(text, static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+Bytes readWholeFile(const std::wstring& path) try {
+    const FileHandle file = openFile(filePath(path), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
+    LARGE_INTEGER size;
+    if (!file || !GetFileSizeEx(file.get(), &size)) return {};
+    if (size.QuadPart < 1 || size.QuadPart > kLargestFile) return {};
+    Bytes bytes(static_cast<std::size_t>(size.QuadPart));
+    DWORD read = 0;
+    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+        return {};
+    if (read != bytes.size()) return {};
+    return bytes;
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+SlimFiles realSlimFiles() {
+    return {readWholeFile, copyToDisk, writeWholeFile, localTimestamp};
+}

@@ -1,0 +1,13 @@
+// The procedure's files on Windows.
+#pragma once
+
+#include <string>
+
+#include "slim/bytes.h"
+#include "slim/slim_files.h"
+
+/// Reads a file that others may read at the same time but nobody may have open for writing. Empty
+/// for a file of 0 bytes or more than 2 GiB, and when anything fails.
+Bytes readWholeFile(const std::wstring& path);
+
+SlimFiles realSlimFiles();

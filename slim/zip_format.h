@@ -1,0 +1,39 @@
+// The records of a single-disk ZIP archive: PKWARE's application note, sections 4.3.7, 4.3.12 and
+// 4.3.16. Every field is little-endian.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zip {
+
+inline constexpr std::uint16_t kStored = 0;
+inline constexpr std::uint16_t kDeflated = 8;
+
+inline constexpr std::uint32_t kLocalSignature = 0x04034b50;
+inline constexpr std::size_t kLocalSize = 30;
+inline constexpr std::size_t kLocalNameLength = 26;
+inline constexpr std::size_t kLocalExtraLength = 28;
+
+inline constexpr std::uint32_t kCentralSignature = 0x02014b50;
+inline constexpr std::size_t kCentralSize = 46;
+inline constexpr std::size_t kCentralMethod = 10;
+inline constexpr std::size_t kCentralTime = 12;
+inline constexpr std::size_t kCentralDate = 14;
+inline constexpr std::size_t kCentralCrc = 16;
+inline constexpr std::size_t kCentralCompressedSize = 20;
+inline constexpr std::size_t kCentralUncompressedSize = 24;
+inline constexpr std::size_t kCentralNameLength = 28;
+inline constexpr std::size_t kCentralExtraLength = 30;
+inline constexpr std::size_t kCentralCommentLength = 32;
+inline constexpr std::size_t kCentralLocalOffset = 42;
+
+inline constexpr std::uint32_t kEndSignature = 0x06054b50;
+inline constexpr std::size_t kEndSize = 22;
+inline constexpr std::size_t kEndTotalEntries = 10;
+inline constexpr std::size_t kEndDirectorySize = 12;
+inline constexpr std::size_t kEndDirectoryOffset = 16;
+inline constexpr std::size_t kEndCommentLength = 20;
+inline constexpr std::size_t kLongestComment = 65535;
+
+}  // namespace zip

@@ -1,0 +1,121 @@
+#include "app/main_window_win.h"
+
+#include <gtest/gtest.h>
+
+#include "app/actions.h"
+#include "app/actions_win.h"
+#include "app/dpi_win.h"
+#include "base/text.h"
+
+namespace {
+
+// The real window, in the test's own process.
+class MainWindowTest : public testing::Test {
+  protected:
+    MainWindowTest() { createMainWindow(GetModuleHandleW(nullptr), window_); }
+    ~MainWindowTest() override {
+        if (window_.hwnd != nullptr) DestroyWindow(window_.hwnd);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        }
+    }
+
+    void paint() { RedrawWindow(window_.hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
+
+    MainWindow window_;
+};
+
+}  // namespace
+
+TEST_F(MainWindowTest, StartsWithItsFirstLinesAndItsSize) {
+    ASSERT_NE(window_.hwnd, nullptr);
+    RECT rect{};
+    GetWindowRect(window_.hwnd, &rect);
+    EXPECT_EQ(rect.right - rect.left, pixelsFromDip(1040, window_.dpi));
+    EXPECT_EQ(rect.bottom - rect.top, pixelsFromDip(880, window_.dpi));
+    ASSERT_GE(window_.state.log.lineCount(), 2);
+    EXPECT_EQ(window_.state.log.lines[0],
+              L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
+    EXPECT_EQ(window_.state.log.lines[1].rfind(L"[Signatures] ", 0), 0U);
+}
+
+TEST_F(MainWindowTest, KeepsItsSmallestSizeAtEveryDpi) {
+    for (const UINT dpi : {96U, 144U, 192U}) {
+        window_.dpi = dpi;
+        MINMAXINFO info{};
+        SendMessageW(window_.hwnd, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+        EXPECT_EQ(info.ptMinTrackSize.x, 880 * static_cast<LONG>(dpi) / 96);
+        EXPECT_EQ(info.ptMinTrackSize.y, 640 * static_cast<LONG>(dpi) / 96);
+    }
+    EXPECT_EQ(pixelsFromDip(1040, 144), 1560);
+    EXPECT_EQ(pixelsFromDip(880, 120), 1100);
+}
+
+TEST_F(MainWindowTest, FollowsAChangeOfDpi) {
+    const UINT systemDpi = window_.dpi;
+    RECT suggested{10, 20, 1390, 1020};
+    const auto change = [&](WPARAM dpi) {
+        SendMessageW(window_.hwnd, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                     reinterpret_cast<LPARAM>(&suggested));
+    };
+    change(144);
+    EXPECT_EQ(window_.dpi, 144U);
+    RECT rect{};
+    GetWindowRect(window_.hwnd, &rect);
+    EXPECT_TRUE(EqualRect(&rect, &suggested));
+    RECT client{};
+    GetClientRect(window_.hwnd, &client);
+    EXPECT_FLOAT_EQ(window_.clientWidthDip, static_cast<float>(client.right) * 96 / 144);
+    EXPECT_TRUE(window_.renderer.hasTarget());
+    change(0);
+    EXPECT_EQ(window_.dpi, systemDpi);
+}
+
+TEST_F(MainWindowTest, PaintsAgainAfterTheTargetIsLost) {
+    paint();
+    EXPECT_GT(window_.state.log.panel.width, 0);
+    window_.renderer.release();
+    window_.renderer.createFormats();
+    EXPECT_FALSE(window_.renderer.hasTarget());
+    paint();
+    EXPECT_TRUE(window_.renderer.hasTarget());
+    SendMessageW(window_.hwnd, WM_SIZE, SIZE_MINIMIZED, 0);
+    paint();
+    EXPECT_EQ(window_.clientWidthDip, 0);
+}
+
+TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
+    const std::wstring hostile[] = {
+        std::wstring(L"a\0b", 3),
+        L"line\nbreak\r\n\ttab",
+        L"\u202Eright to left\u2066\u2069",
+        std::wstring(1, static_cast<wchar_t>(0xD83D)) + L"lone surrogate",
+        std::wstring(100000, L'W'),
+    };
+    for (const std::wstring& text : hostile) {
+        window_.shell.appendLog(text);
+        paint();
+    }
+    runAction(window_, kCopyAction);
+    EXPECT_EQ(window_.state.statusText,
+              L"Report copied (" + decimal(window_.state.log.lineCount()) + L" lines)");
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    const auto* copied = static_cast<const wchar_t*>(GlobalLock(GetClipboardData(CF_UNICODETEXT)));
+    const std::wstring text = copied != nullptr ? copied : L"";
+    CloseClipboard();
+    EXPECT_NE(text.find(L"a\uFFFDb\r\n"), std::wstring::npos);
+    EXPECT_TRUE(text.ends_with(L"W\r\n"));
+}
+
+TEST_F(MainWindowTest, RunsOneActionAtATime) {
+    const int before = window_.state.log.lineCount();
+    window_.actionRunning = true;
+    runAction(window_, kDashboardAction);
+    EXPECT_EQ(window_.state.log.lineCount(), before);
+    window_.actionRunning = false;
+    window_.state.selectedInstance = -1;
+    runAction(window_, kDashboardAction);
+    EXPECT_EQ(window_.state.log.lineCount(), before + 1);
+    runAction(window_, 12345);
+    EXPECT_FALSE(window_.actionRunning);
+}

@@ -1,0 +1,35 @@
+"""Plays the central job on a virtual display: a CorelDRAW hangs in a plug-in, Refresh, Capture Now, the report."""
+
+import sys
+import time
+
+from driver import CAPTURE, REFRESH, Desktop, Mirelo, Practice, WineBox, closing
+
+
+def main():
+    sys.dont_write_bytecode = True
+    print("-- no display: playing the job on a virtual one")
+    with closing(Desktop()) as desktop:
+        wine = WineBox(desktop)
+        with closing(Mirelo(wine)) as mirelo:
+            print("-- Mirelo is open; a practice CorelDRAW starts and hangs in a plug-in")
+            with closing(Practice(wine, "plugin-sleep")):
+                mirelo.click(REFRESH)
+                mirelo.count_instances()
+                began = time.monotonic()
+                mirelo.click(CAPTURE)
+                report = mirelo.wait_for_report("--- Top 8 frames ---")
+                took = time.monotonic() - began
+                panel = mirelo.kind("panel")
+                mirelo.click_at(panel.x + 40, panel.y + panel.height - 5)
+                mirelo.move_to(panel.x + 40, panel.y - 10)
+                picture = mirelo.screenshot("capture-now")
+        wine.shut_down()
+    print("-- the report, read back through the clipboard:\n")
+    print(report)
+    print(f"-- from the click to the copied report: {took:.1f} s, 0.8 s of it the probe")
+    print(f"-- screenshot: {picture}")
+
+
+if __name__ == "__main__":
+    main()
