@@ -6,6 +6,19 @@
 
 namespace {
 
+constexpr std::wstring_view kUserWork[] = {
+    // clang-format off
+    // documents, templates, symbols
+    L"*.cdr", L"*.cdt", L"*.cdx", L"*.cpx", L"*.cmx", L"*.cpt", L"*.cdrt", L"*.csl", L"*.clk",
+    // what is kept of them on the side, by CorelDRAW and by this tool
+    L"Backup_of_*", L"auto-backup*", L"AutoBackup*", L"*.mirelobak",
+    // workspaces, macros, palettes, styles
+    L"*.cdws", L"*.gms", L"*.cpl", L"*.pal", L"*.cdss",
+    // fonts
+    L"*.ttf", L"*.otf", L"*.ttc", L"*.pfb",
+    // clang-format on
+};
+
 std::wstring_view takeName(std::wstring_view& path) {
     const std::size_t end = std::min(path.find(L'\\'), path.size());
     const std::wstring_view name = path.substr(0, end);
@@ -47,16 +60,6 @@ bool LeadsTo(const CleanupLocation& location, std::wstring_view relative) {
 }
 
 bool IsUserWork(std::wstring_view fileName) {
-    constexpr std::wstring_view kNames[] = {
-        L"Backup_of_*", L"auto-backup*", L"AutoBackup*",  // documents saved on the side
-        L"*.cdr",       L"*.cdt",        L"*.cdx",        // documents and templates
-        L"*.cpx",       L"*.cmx",        L"*.cpt",        //
-        L"*.cdrt",      L"*.csl",        L"*.clk",        // templates, symbols, links
-        L"*.cdws",      L"*.xslt",       L"*.gms",        // workspaces, macros
-        L"*.cpl",       L"*.pal",        L"*.cdss",       // palettes, styles
-        L"*.ttf",       L"*.otf",        L"*.ttc",        // fonts
-        L"*.pfb",       L"*.mirelobak",                   // and what this tool keeps
-    };
     return std::ranges::any_of(
-        kNames, [&](std::wstring_view name) { return MatchesPattern(fileName, name); });
+        kUserWork, [&](std::wstring_view name) { return MatchesPattern(fileName, name); });
 }

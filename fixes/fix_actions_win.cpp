@@ -65,6 +65,32 @@ struct UserFolders {
     }
 };
 
+// Held by one program at a time: another one must not put back what this one is still moving. When
+// the holder dies, Windows passes it on.
+class BackupsLock {
+  public:
+    BackupsLock() : mutex_(CreateMutexW(nullptr, FALSE, kBackupsMutex)) {
+        const DWORD waited = mutex_ ? WaitForSingleObject(mutex_.get(), 0) : WAIT_FAILED;
+        isHeld_ = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
+    }
+    ~BackupsLock() {
+        if (isHeld_) ReleaseMutex(mutex_.get());
+    }
+    BackupsLock(const BackupsLock&) = delete;
+    BackupsLock& operator=(const BackupsLock&) = delete;
+
+    [[nodiscard]] bool isHeld(const Shell& shell, const wchar_t* prefix) const {
+        if (!isHeld_)
+            shell.appendLog(prefix + std::wstring(L" Another Mirelo is at work on the backups. "
+                                                  L"Try again when it has finished."));
+        return isHeld_;
+    }
+
+  private:
+    KernelHandle mutex_;
+    bool isHeld_ = false;
+};
+
 }  // namespace
 
 bool IsCorelRunning() {
@@ -80,16 +106,22 @@ bool IsCorelRunning() {
 }
 
 void OnCleanup(const Shell& shell) {
+    const BackupsLock lock;
+    if (!lock.isHeld(shell, L"[Cleanup]")) return;
     UserFolders user;
     OnCleanup(shell, user.world());
 }
 
 void OnRestore(const Shell& shell) {
+    const BackupsLock lock;
+    if (!lock.isHeld(shell, L"[Restore]")) return;
     UserFolders user;
     OnRestore(shell, user.world());
 }
 
 void OnOptimizeSettings(const Shell& shell) {
+    const BackupsLock lock;
+    if (!lock.isHeld(shell, L"[Settings]")) return;
     UserFolders user;
     WindowsRegistry registry;
     OnOptimizeSettings(shell, SettingsWorld{registry, user.world()});

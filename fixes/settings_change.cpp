@@ -93,6 +93,27 @@ void applyAll(const Shell& shell, const SettingsWorld& world,
         L" settings changed, in effect when CorelDRAW starts again. The old ones are in " + file);
 }
 
+void askAndApply(const Shell& shell, const SettingsWorld& world,
+                 const std::vector<SettingChange>& changes) {
+    const std::wstring file = NewBackupFolder(world.backup.files, world.backup.toolFolder,
+                                              kSettingsBackup, world.backup.now().local) +
+                              L"\\settings.reg";
+    if (!shell.confirm(question(changes, file), L"Confirm Settings Optimization",
+                       ConfirmStyle::warning)) {
+        shell.appendLog(kPrefix + L"Cancelled, nothing was changed.");
+        return;
+    }
+    // It may have been started while the question was open.
+    if (stopForCorel(shell, world)) return;
+    const std::wstring reason = ExportKeys(world, changes, file);
+    if (!reason.empty()) {
+        shell.appendLog(kPrefix + L"Failed to export the registry to " + file + L": " + reason +
+                        L". Nothing was changed.");
+        return;
+    }
+    applyAll(shell, world, changes, file);
+}
+
 }  // namespace
 
 std::wstring ExportKeys(const SettingsWorld& world, const std::vector<SettingChange>& changes,
@@ -155,21 +176,5 @@ void OnOptimizeSettings(const Shell& shell, const SettingsWorld& world) {
         return;
     }
 
-    const std::wstring file = NewBackupFolder(world.backup.files, world.backup.toolFolder,
-                                              kSettingsBackup, world.backup.now().local) +
-                              L"\\settings.reg";
-    if (!shell.confirm(question(changes, file), L"Confirm Settings Optimization",
-                       ConfirmStyle::warning)) {
-        shell.appendLog(kPrefix + L"Cancelled, nothing was changed.");
-        return;
-    }
-    // It may have been started while the question was open.
-    if (stopForCorel(shell, world)) return;
-    const std::wstring reason = ExportKeys(world, changes, file);
-    if (!reason.empty()) {
-        shell.appendLog(kPrefix + L"Failed to export the registry to " + file + L": " + reason +
-                        L". Nothing was changed.");
-        return;
-    }
-    applyAll(shell, world, changes, file);
+    askAndApply(shell, world, changes);
 }

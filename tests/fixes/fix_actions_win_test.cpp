@@ -1,17 +1,18 @@
-// The export against the real registry and the system's own import.
+// The actions on the real registry and against the system's own import.
+#include "fixes/fix_actions_win.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 #include "base/handle_win.h"
 #include "base/text.h"
 #include "fixes/file_system_win.h"
-#include "fixes/fix_actions_win.h"
 #include "fixes/registry_export.h"
 #include "fixes/registry_win.h"
-#include "fixes/settings_change.h"
 #include "tests/fixes/registry_samples.h"
 #include "tests/fixes/staged_folder_win.h"
 
@@ -115,40 +116,6 @@ TEST(SettingsOnWindows, ImportGivesBackExactlyWhatWasExported) {
     }
 }
 
-TEST(SettingsOnWindows, OptimisesAndTheExportUndoesIt) {
-    const StagedKey key;
-    const StagedFolder folder;
-    const std::wstring corel = key.path() + L"\\Corel\\CorelDRAW";
-    const std::wstring general = corel + L"\\24.0\\Draw\\Application Preferences\\General";
-    writeKey(general, importableValues());
-    writeKey(general, {{L"UndoLevels", kRegistryText, DataOfText(L"150")},
-                       {L"ShowWelcomeScreen", kRegistryNumber, DataOfNumber(1)}});
-    const auto before = readSorted(key.path());
-
-    WindowsRegistry registry;
-    WindowsFileSystem files({folder.path()});
-    std::vector<std::wstring> log;
-    const Shell shell = {
-        [&](std::wstring line) { log.push_back(std::move(line)); },
-        [](const std::wstring&, const std::wstring&, ConfirmStyle) { return true; },
-        [](std::wstring) {}};
-    OnOptimizeSettings(shell, {registry,
-                               {files,
-                                {},
-                                folder.path() + L"\\Mirelo",
-                                [] { return false; },
-                                [] {
-                                    return BackupWorld::Now{1, 1};
-                                }},
-                               corel});
-    ASSERT_EQ(log.size(), 3U);
-    EXPECT_TRUE(log[2].starts_with(L"[Settings] [OK] 2 of 2")) << utf8FromWide(log[2]);
-    EXPECT_NE(readSorted(key.path()), before);
-    const std::wstring file = log[2].substr(log[2].find(folder.path()));
-    ASSERT_EQ(RunToEnd(L"reg.exe import \"" + file + L"\""), 0);
-    EXPECT_TRUE(readSorted(key.path()) == before);
-}
-
 TEST(SettingsOnWindows, FindsARunningCorelByItsName) {
     EXPECT_FALSE(IsCorelRunning());
     const StagedFolder folder;
@@ -166,4 +133,24 @@ TEST(SettingsOnWindows, FindsARunningCorelByItsName) {
     EXPECT_TRUE(IsCorelRunning());
     TerminateProcess(process.get(), 0);
     WaitForSingleObject(process.get(), 10'000);
+}
+
+TEST(FixActions, WaitForNoOtherProgram) {
+    // A mutex belongs to a thread, so another thread can stand for another program.
+    const KernelHandle mutex(CreateMutexW(nullptr, TRUE, kBackupsMutex));
+    std::vector<std::wstring> log;
+    const Shell shell = {
+        [&](std::wstring line) { log.push_back(std::move(line)); },
+        [](const std::wstring&, const std::wstring&, ConfirmStyle) { return false; },
+        [](std::wstring) {}};
+    std::thread([&] {
+        OnCleanup(shell);
+        OnRestore(shell);
+        OnOptimizeSettings(shell);
+    }).join();
+    ReleaseMutex(mutex.get());
+    ASSERT_EQ(log.size(), 3U);
+    EXPECT_TRUE(log[0].starts_with(L"[Cleanup] Another Mirelo"));
+    EXPECT_TRUE(log[1].starts_with(L"[Restore] Another Mirelo"));
+    EXPECT_TRUE(log[2].starts_with(L"[Settings] Another Mirelo"));
 }
