@@ -28,9 +28,7 @@ struct FileResult {
     /// The system's error number where there is one, for the report.
     std::uint32_t error = 0;
 
-    [[nodiscard]] bool isDone() const {
-        return outcome == FileOutcome::done;
-    }
+    [[nodiscard]] bool isDone() const { return outcome == FileOutcome::done; }
 };
 
 /// Why something did not happen, to stand after a colon in a report line.
@@ -65,9 +63,7 @@ struct Inspection {
     EntryType type = EntryType::file;
     FileStamp stamp;
 
-    [[nodiscard]] bool isFile() const {
-        return result.isDone() && type == EntryType::file;
-    }
+    [[nodiscard]] bool isFile() const { return result.isDone() && type == EntryType::file; }
 };
 
 /// Paths are absolute, with backslashes, of any length, without a prefix. No call follows a link

@@ -16,12 +16,8 @@ constexpr std::size_t kBufferSize = 256 << 10;
 
 struct FindTraits {
     using Type = HANDLE;
-    static Type invalid() {
-        return INVALID_HANDLE_VALUE;
-    }
-    static void close(Type handle) {
-        FindClose(handle);
-    }
+    static Type invalid() { return INVALID_HANDLE_VALUE; }
+    static void close(Type handle) { FindClose(handle); }
 };
 using FindHandle = UniqueHandle<FindTraits>;
 

@@ -28,9 +28,7 @@ class PinnedFolder {
     /// True when `folder` was the last one and is pinned.
     [[nodiscard]] bool holds(const std::wstring& folder) const;
     /// The folder's real path as the system spells it; empty when it cannot tell.
-    [[nodiscard]] const std::wstring& realPath() const {
-        return realPath_;
-    }
+    [[nodiscard]] const std::wstring& realPath() const { return realPath_; }
 
   private:
     struct Link {

@@ -32,15 +32,11 @@ struct Stage {
         files.addFolder(ParentFolder(world.toolFolder));
     }
 
-    CleanupPlan plan() {
-        return PlanCleanup(ListCleanupItems(files, kStagedRoots), kStagedRoots);
-    }
+    CleanupPlan plan() { return PlanCleanup(ListCleanupItems(files, kStagedRoots), kStagedRoots); }
     std::wstring newBackup() {
         return NewBackupFolder(files, world.toolFolder, kCleanupBackup, world.now().local);
     }
-    CleanupReport clean() {
-        return ExecuteCleanup(world, plan(), newBackup());
-    }
+    CleanupReport clean() { return ExecuteCleanup(world, plan(), newBackup()); }
     /// Without the tool's own folder, and with folder times only for those that a cleanup removes.
     Snapshot profile() {
         Snapshot seen = files.snapshot(kStagedUser);

@@ -20,12 +20,8 @@ class KillingFileSystem final : public FileSystem {
   public:
     KillingFileSystem(FileSystem& files, int killAt) : files_(files), killAt_(killAt) {}
 
-    FolderListing list(const std::wstring& folder) override {
-        return files_.list(folder);
-    }
-    Inspection inspect(const std::wstring& path) override {
-        return files_.inspect(path);
-    }
+    FolderListing list(const std::wstring& folder) override { return files_.list(folder); }
+    Inspection inspect(const std::wstring& path) override { return files_.inspect(path); }
     std::optional<std::string> read(const std::wstring& path, std::uint64_t limit) override {
         return files_.read(path, limit);
     }

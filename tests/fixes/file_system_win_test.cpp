@@ -18,9 +18,7 @@ class WindowsFiles : public testing::Test {
     WindowsFileSystem files{{base, L""}};
     std::wstring file = base + L"\\a\\file.bin";
 
-    void SetUp() override {
-        WriteStaged(file, "contents");
-    }
+    void SetUp() override { WriteStaged(file, "contents"); }
 };
 
 }  // namespace

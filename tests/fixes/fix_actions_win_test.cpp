@@ -24,18 +24,12 @@ class StagedKey {
     StagedKey() : path_(L"Software\\MireloTest-" + decimalUnsigned(GetCurrentProcessId())) {
         remove();
     }
-    ~StagedKey() {
-        remove();
-    }
+    ~StagedKey() { remove(); }
     StagedKey(const StagedKey&) = delete;
     StagedKey& operator=(const StagedKey&) = delete;
 
-    [[nodiscard]] const std::wstring& path() const {
-        return path_;
-    }
-    void remove() const {
-        RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
-    }
+    [[nodiscard]] const std::wstring& path() const { return path_; }
+    void remove() const { RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str()); }
 
   private:
     std::wstring path_;

@@ -16,9 +16,7 @@ class StagedFolder {
     StagedFolder(const StagedFolder&) = delete;
     StagedFolder& operator=(const StagedFolder&) = delete;
 
-    [[nodiscard]] const std::wstring& path() const {
-        return path_;
-    }
+    [[nodiscard]] const std::wstring& path() const { return path_; }
 
   private:
     std::wstring path_;
