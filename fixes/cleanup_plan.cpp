@@ -88,7 +88,7 @@ CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots
         std::wstring path = roots[rootIndex] + L"\\" + item.relative;
         if (!seen.insert(lowered(path)).second) continue;
         // The path stands there twice, in UTF-8 and with its backslashes doubled.
-        const std::size_t needed = kEntryBytes + 2 * 4 * path.size();
+        const std::size_t needed = kEntryBytes + std::size_t{2 * 4} * path.size();
         if (needed > room) break;
         room -= needed;
         const bool isFolder = item.type == EntryType::folder;

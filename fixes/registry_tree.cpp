@@ -29,7 +29,7 @@ void AppendUtf16(std::vector<std::uint8_t>& bytes, std::wstring_view text) {
         bytes.push_back(static_cast<std::uint8_t>(unit >> 8 & 0xFF));
     };
     for (const wchar_t c : text) {
-        const auto codePoint = static_cast<std::uint32_t>(c);
+        const auto codePoint = static_cast<char32_t>(c);
         if (sizeof(wchar_t) == 2 || codePoint < 0x10000) {
             append(codePoint);
             continue;
