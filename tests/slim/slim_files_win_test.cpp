@@ -20,9 +20,7 @@ class SlimFilesWin : public testing::Test {
                   std::to_wstring(GetCurrentProcessId());
         CreateDirectoryW(folder_.c_str(), nullptr);
     }
-    ~SlimFilesWin() override {
-        removeFolder(folder_);
-    }
+    ~SlimFilesWin() override { removeFolder(folder_); }
 
     // Writes the document; the path is as short as a dialog would give it.
     std::wstring make(const std::wstring& name, const Bytes& contents) {
@@ -37,9 +35,7 @@ class SlimFilesWin : public testing::Test {
         return slimDocument(path, {}, files);
     }
 
-    static Bytes read(const std::wstring& path) {
-        return readWholeFile(L"\\\\?\\" + path);
-    }
+    static Bytes read(const std::wstring& path) { return readWholeFile(L"\\\\?\\" + path); }
     static std::wstring backupOf(const std::wstring& path) {
         return path + L".20240131_142501.mirelobak";
     }
@@ -116,6 +112,9 @@ TEST_F(SlimFilesWin, ShortensAFileToItsNewContents) {
 TEST_F(SlimFilesWin, LeavesAReadOnlyFileAndItsBackup) {
     const std::wstring path = make(L"plan.cdr", document_);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    const FileHandle writable(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (writable) GTEST_SKIP() << "Wine lets root write to read-only files";
     EXPECT_EQ(slim(path).message,
               L"Failed to write back (file may be held by CDR). Backup kept: " + backupOf(path));
     EXPECT_EQ(read(path), document_);

@@ -17,12 +17,8 @@ long untilFailure = 0;
 // The file system of the test is not what runs out of memory.
 class Plenty {
   public:
-    Plenty() : kept_(untilFailure) {
-        untilFailure = 0;
-    }
-    ~Plenty() {
-        untilFailure = kept_;
-    }
+    Plenty() : kept_(untilFailure) { untilFailure = 0; }
+    ~Plenty() { untilFailure = kept_; }
 
   private:
     long kept_;
