@@ -18,4 +18,5 @@ trap 'kill "$xvfb" 2>/dev/null || true; WINEPREFIX="$WINEPREFIX" /usr/lib/wine/w
 read -r -t 30 number <&"$display"
 export DISPLAY=":$number"
 
+printf 'subdirs("native" "windows")\n' > build/CTestTestfile.cmake
 ctest --test-dir build --output-on-failure ${1:+-R "$1"}

@@ -15,11 +15,15 @@
 #include "cdr/instances_win.h"
 #include "cdr/metrics_win.h"
 #include "cdr/responsiveness_win.h"
+#include "cloud/signatures.h"
+#include "cloud/submission.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
 #include "fixes/environment.h"
 #include "fixes/environment_scan_win.h"
+#include "fixes/fix_actions_win.h"
 #include "fixes/printer_win.h"
+#include "slim/slim_action_win.h"
 
 namespace {
 
@@ -44,6 +48,34 @@ void switchPrinter(MainWindow& window) {
     OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
 }
 
+void cleanUp(MainWindow& window) {
+    OnCleanup(window.shell);
+}
+
+void restoreBackup(MainWindow& window) {
+    OnRestore(window.shell);
+}
+
+void optimizeSettings(MainWindow& window) {
+    OnOptimizeSettings(window.shell);
+}
+
+void slimFiles(MainWindow& window) {
+    onSlimFiles(window.hwnd, window.shell);
+}
+
+void updateSignatures(MainWindow& window) {
+    OnUpdateSignatures(window.shell, window.rules, window.cloud);
+}
+
+void submitCapture(MainWindow& window) {
+    OnSubmit(window.shell, window.lastCapture, window.cloud);
+}
+
+void toggleNetwork(MainWindow& window) {
+    OnToggleNetwork(window.shell, window.cloud);
+}
+
 void copy(MainWindow& window) {
     copyReport(window.state, [&](const std::wstring& text) { copyToClipboard(window.hwnd, text); });
 }
@@ -56,6 +88,18 @@ void openWebsite(MainWindow&) {
     ShellExecuteW(nullptr, L"open", MIRELO_WEBSITE, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
+// Marks that an action runs, for as long as it lives.
+class RunningAction {
+  public:
+    explicit RunningAction(bool& flag) : flag_(flag) { flag_ = true; }
+    RunningAction(const RunningAction&) = delete;
+    RunningAction& operator=(const RunningAction&) = delete;
+    ~RunningAction() { flag_ = false; }
+
+  private:
+    bool& flag_;
+};
+
 struct Action {
     std::uint32_t id;
     void (*run)(MainWindow& window);
@@ -67,6 +111,13 @@ constexpr Action kActions[] = {
     {kCaptureAction, captureNow},
     {kDashboardAction, showDashboard},
     {kPrinterAction, switchPrinter},
+    {kCleanupAction, cleanUp},
+    {kRestoreAction, restoreBackup},
+    {kSettingsAction, optimizeSettings},
+    {kSlimAction, slimFiles},
+    {kUpdateAction, updateSignatures},
+    {kSubmitAction, submitCapture},
+    {kNetworkAction, toggleNetwork},
     {kCopyAction, copy},
     {kClearAction, clear},
     {kWebsiteAction, openWebsite},
@@ -79,9 +130,8 @@ void runAction(MainWindow& window, std::uint32_t id) {
     const auto* action = std::find_if(std::begin(kActions), std::end(kActions),
                                       [&](const Action& row) { return row.id == id; });
     if (action == std::end(kActions)) return;
-    window.actionRunning = true;
+    const RunningAction running(window.actionRunning);
     action->run(window);
-    window.actionRunning = false;
 }
 
 void refreshInstances(MainWindow& window) {

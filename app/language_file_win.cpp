@@ -20,8 +20,9 @@ std::wstring configPath() {
 }
 
 std::string readConfig() {
-    const FileHandle file(CreateFileW(configPath().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const FileHandle file(CreateFileW(configPath().c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return {};
     std::string text(kLongestConfig, '\0');
     DWORD length = 0;

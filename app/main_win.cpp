@@ -1,6 +1,8 @@
 // Process start and the message loop.
 #include <windows.h>
 
+#include <cstdlib>
+
 #include "app/dpi_win.h"
 #include "app/language_file_win.h"
 #include "app/main_window_win.h"
@@ -16,5 +18,6 @@ int WINAPI wWinMain(HINSTANCE module, HINSTANCE, PWSTR, int) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-    return 0;
+    // The start-up download may still run: nothing that it uses is to be destroyed under it.
+    std::_Exit(0);
 }

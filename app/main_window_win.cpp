@@ -3,6 +3,8 @@
 
 #include <windowsx.h>
 
+#include <thread>
+
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/dpi_win.h"
@@ -10,6 +12,8 @@
 #include "app/language_file_win.h"
 #include "app/strings.h"
 #include "base/text.h"
+#include "cloud/services_win.h"
+#include "cloud/signatures.h"
 #include "fixes/printer_win.h"
 
 namespace {
@@ -65,12 +69,21 @@ void setClientSize(MainWindow& window, LONG widthPx, LONG heightPx) {
     window.clientHeightDip = corner.y;
 }
 
+void readClientSize(MainWindow& window) {
+    RECT client{};
+    GetClientRect(window.hwnd, &client);
+    setClientSize(window, client.right, client.bottom);
+}
+
 Shell shellOf(MainWindow& window) {
     return {
         [&window](std::wstring text) { appendLine(window.state.log, std::move(text)); },
-        [](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
-            return MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style)) ==
-                   IDYES;
+        // A box without an owner outlives a window that is closed meanwhile: its Yes comes too
+        // late.
+        [&window](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
+            const int answer =
+                MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style));
+            return answer == IDYES && IsWindow(window.hwnd);
         },
         [&window](std::wstring text) { window.state.statusText = std::move(text); },
     };
@@ -78,10 +91,31 @@ Shell shellOf(MainWindow& window) {
 
 void loadSignatures(MainWindow& window) {
     LoadBuiltInRules(window.rules);
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    window.signatureStatus = signatureLabel(load.status);
     window.shell.appendLog(
         L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
-    window.shell.appendLog(L"[Signatures] " + decimal(window.rules.version) + L" (" +
-                           decimalUnsigned(window.rules.rules.size()) + L" rules)");
+    window.shell.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
+                           decimalUnsigned(load.ruleCount) + L" rules)");
+}
+
+// Nobody waits for the download: it touches nothing of the window's, and its message is lost when
+// the window has gone. Without memory for a thread the program has no future: the exception ends
+// it.
+void startBackgroundUpdate(const MainWindow& window) {
+    if (!window.cloud.isNetworkEnabled()) return;
+    std::thread([hwnd = window.hwnd, cloud = window.cloud] {
+        if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
+    }).detach();
+}
+
+void onSignaturesUpdated(MainWindow& window) {
+    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    if (load.ruleCount > 0) {
+        window.shell.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
+                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
+    }
+    invalidate(window);
 }
 
 void onCreate(MainWindow& window) {
@@ -89,11 +123,11 @@ void onCreate(MainWindow& window) {
     moveTo(window.hwnd, centredInWorkArea(defaultSize(window.dpi)), SWP_NOZORDER);
     window.renderer.createFormats();
     window.renderer.createTarget(window.hwnd, window.dpi);
-    RECT client{};
-    GetClientRect(window.hwnd, &client);
-    setClientSize(window, client.right, client.bottom);
+    readClientSize(window);
     window.shell = shellOf(window);
+    window.cloud = SystemCloudServices();
     loadSignatures(window);
+    startBackgroundUpdate(window);
     refreshInstances(window);
 }
 
@@ -117,6 +151,7 @@ void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     setDpi(window, dpi != 0 ? dpi : GetDpiForWindow(window.hwnd));
     moveTo(window.hwnd, *reinterpret_cast<const RECT*>(lParam), SWP_NOZORDER | SWP_NOACTIVATE);
     window.renderer.createTarget(window.hwnd, window.dpi);
+    readClientSize(window);
     invalidate(window);
 }
 
@@ -136,10 +171,9 @@ Layout layOut(MainWindow& window) {
     }
     input.selectedInstance = window.state.selectedInstance;
     input.signatureStatus = window.signatureStatus;
+    input.networkEnabled = window.cloud.isNetworkEnabled();
     Layout layout = buildLayout(input, measurerOf(window));
-    window.state.currentTab = layout.currentTab;
-    window.state.hitTargets = layout.hitTargets;
-    window.state.log.panel = layout.logPanel;
+    takeLayout(window.state, layout);
     return layout;
 }
 
@@ -219,6 +253,10 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DESTROY:
             onDestroy(window);
             return 0;
+        case WM_ENDSESSION:
+            // The session may be over before the window is: what must be put back is put back now.
+            if (wParam != 0) DestroyWindow(window.hwnd);
+            return 0;
         case WM_SIZE:
             onSize(window, lParam);
             return 0;
@@ -248,6 +286,9 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_KEYDOWN:
             onKeyDown(window, wParam);
             return 0;
+        case kSignaturesUpdated:
+            onSignaturesUpdated(window);
+            return 0;
         case WM_SETCURSOR:
             if (onSetCursor(window, lParam)) return TRUE;
             break;
@@ -257,7 +298,8 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(window.hwnd, message, wParam, lParam);
 }
 
-LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+// An exception must not travel through the system that called: it ends the program here.
+LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_NCCREATE) {
         auto* window = static_cast<MainWindow*>(
             reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
@@ -273,7 +315,7 @@ LRESULT CALLBACK windowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPara
 HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
     return static_cast<HICON>(LoadImageW(module, MAKEINTRESOURCEW(kIconId), IMAGE_ICON,
                                          GetSystemMetrics(widthMetric),
-                                         GetSystemMetrics(heightMetric), LR_SHARED));
+                                         GetSystemMetrics(heightMetric), LR_DEFAULTCOLOR));
 }
 
 // The window may stand on another monitor than the one its first size was made for.

@@ -6,6 +6,7 @@
 #include "app/render_win.h"
 #include "app/window_state.h"
 #include "base/shell.h"
+#include "cloud/services.h"
 #include "diagnosis/capture_action.h"
 #include "diagnosis/rules.h"
 #include "fixes/printer_switch.h"
@@ -26,6 +27,7 @@ struct MainWindow {
     SignatureRuleBase rules;
     LastCapture lastCapture;
     PrinterSwitch printerSwitch;
+    CloudServices cloud;
     /// What the handlers see of this window.
     Shell shell;
     Renderer renderer;

@@ -57,8 +57,7 @@ constexpr float kSmallRadius = 5;
 constexpr float kOutline = 1;
 constexpr float kMeasureHeight = 1000;
 
-constexpr float kLogTextInset = 12;
-constexpr float kLogTop = 8;
+constexpr float kRowTextInset = 12;
 constexpr float kSelectionInset = 2;
 
 D2D1_RECT_F toD2d(const RectDip& rect) {
@@ -76,8 +75,13 @@ RectDip inset(const RectDip& rect, float by) {
     return {rect.x + by, rect.y + by, rect.width - 2 * by, rect.height - 2 * by};
 }
 
+// Texts come from outside as well. What lies beyond this length no panel could show, but laying it
+// out would stall every paint.
 UINT32 lengthOf(const std::wstring& text) {
-    return static_cast<UINT32>(std::min<std::size_t>(text.size(), 0xFFFFFFFF));
+    constexpr std::size_t kLongestShown = 8000;
+    if (text.size() <= kLongestShown) return static_cast<UINT32>(text.size());
+    const bool splitsPair = IS_HIGH_SURROGATE(text[kLongestShown - 1]);
+    return kLongestShown - (splitsPair ? 1 : 0);
 }
 
 // Clips drawing to a rectangle for as long as it lives.
@@ -288,9 +292,9 @@ void Renderer::drawInstanceRow(const HitTarget& target, bool hovered) {
     } else if (hovered) {
         outlinedBox(rect, kButtonRadius, Colour::outline, Colour::surface);
     }
-    const float textLeft = rect.x + kMarkerWidth + kLogTextInset;
+    const float textLeft = rect.x + kMarkerWidth + kRowTextInset;
     drawText(target.label, target.style,
-             {textLeft, rect.y, rect.right() - kLogTextInset - textLeft, rect.height},
+             {textLeft, rect.y, rect.right() - kRowTextInset - textLeft, rect.height},
              Colour::accent);
 }
 
@@ -313,12 +317,9 @@ void Renderer::drawLog(const ReportLog& log) {
         return measure(text, style, width);
     };
     const LineRange selection = selectedLines(log);
-    float y = log.panel.y + kLogTop;
-    for (int i = firstVisibleLine(log, measureLine); i < log.lineCount(); ++i) {
-        if (y > log.panel.bottom()) return;
-        const std::wstring& line = log.lines[static_cast<std::size_t>(i)];
-        const float height = lineHeight(log, line, measureLine);
-        if (i >= selection.first && i <= selection.last) {
+    for (const auto& [index, y, height] : visibleLines(log, measureLine)) {
+        const std::wstring& line = log.lines[static_cast<std::size_t>(index)];
+        if (index >= selection.first && index <= selection.last) {
             const D2D1_RECT_F box{log.panel.x + kSelectionInset, y,
                                   log.panel.right() - kSelectionInset, y + height};
             target_->FillRectangle(&box, brush(Colour::accentLight));
@@ -326,6 +327,5 @@ void Renderer::drawLog(const ReportLog& log) {
         drawText(line, TextStyle::log,
                  {log.panel.x + kLogTextInset, y, log.panel.width - 2 * kLogTextInset, height},
                  logLineColour(line));
-        y += height;
     }
 }

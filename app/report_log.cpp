@@ -7,7 +7,6 @@ namespace {
 
 constexpr float kSmallestLine = 17;
 constexpr float kLineAir = 3;
-constexpr float kTextMargins = 24;
 constexpr float kVerticalMargins = 14;
 constexpr float kFirstLineOffset = 8;
 constexpr float kNarrowestPanel = 10;
@@ -87,7 +86,7 @@ std::wstring joinedLines(const ReportLog& log, LineRange range) {
 
 float lineHeight(const ReportLog& log, const std::wstring& line, const MeasureText& measure) {
     if (line.empty()) return kSmallestLine;
-    const float width = log.panel.width - kTextMargins;
+    const float width = log.panel.width - 2 * kLogTextInset;
     return std::max(kSmallestLine, measure(line, TextStyle::log, width).heightDip + kLineAir);
 }
 
@@ -104,13 +103,22 @@ int firstVisibleLine(const ReportLog& log, const MeasureText& measure) {
     return std::max(first - std::min(log.scrollBack, std::max(first, 0)), 0);
 }
 
+std::vector<VisibleLine> visibleLines(const ReportLog& log, const MeasureText& measure) {
+    std::vector<VisibleLine> visible;
+    float y = log.panel.y + kFirstLineOffset;
+    for (int i = firstVisibleLine(log, measure); i < log.lineCount(); ++i) {
+        if (y > log.panel.bottom()) break;
+        visible.push_back({i, y, lineHeight(log, log.lines[static_cast<std::size_t>(i)], measure)});
+        y += visible.back().height;
+    }
+    return visible;
+}
+
 int lineAt(const ReportLog& log, float y, const MeasureText& measure) {
     if (log.panel.width < kNarrowestPanel) return -1;
     if (y < log.panel.y || y > log.panel.bottom()) return -1;
-    float bottom = log.panel.y + kFirstLineOffset;
-    for (int i = firstVisibleLine(log, measure); i < log.lineCount(); ++i) {
-        bottom += lineHeight(log, log.lines[static_cast<std::size_t>(i)], measure);
-        if (bottom > y) return i;
+    for (const VisibleLine& line : visibleLines(log, measure)) {
+        if (line.y + line.height > y) return line.index;
     }
     return -1;
 }

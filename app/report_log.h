@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <string>
+#include <vector>
 
 #include "app/geometry.h"
 #include "app/text_style.h"
@@ -55,8 +56,20 @@ LineRange linesToCopy(const ReportLog& log);
 /// The lines of a range, each with a carriage return and a line feed behind it.
 std::wstring joinedLines(const ReportLog& log, LineRange range);
 
+/// What the panel leaves free left and right of its text.
+inline constexpr float kLogTextInset = 12;
+
 /// Height of one line as drawn: its layout and a little air, never below the smallest line.
 float lineHeight(const ReportLog& log, const std::wstring& line, const MeasureText& measure);
+
+struct VisibleLine {
+    int index;
+    float y;
+    float height;
+};
+
+/// The lines that the panel shows, top down; the last may be cut by its lower edge.
+std::vector<VisibleLine> visibleLines(const ReportLog& log, const MeasureText& measure);
 
 /// The first line that the panel shows; measures no more lines than fit.
 int firstVisibleLine(const ReportLog& log, const MeasureText& measure);

@@ -1,5 +1,7 @@
 #include "app/window_state.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 namespace {
@@ -38,6 +40,20 @@ bool dispatchClick(WindowState& state, PointDip point, const MeasureText& measur
     return true;
 }
 
+void takeLayout(WindowState& state, const Layout& layout) {
+    if (state.hoverTarget >= 0) {
+        const HitTarget& old = state.hitTargets[static_cast<std::size_t>(state.hoverTarget)];
+        const auto same =
+            std::find_if(layout.hitTargets.begin(), layout.hitTargets.end(),
+                         [&](const HitTarget& t) { return t.kind == old.kind && t.id == old.id; });
+        const bool gone = same == layout.hitTargets.end();
+        state.hoverTarget = gone ? -1 : static_cast<std::int32_t>(same - layout.hitTargets.begin());
+    }
+    state.currentTab = layout.currentTab;
+    state.hitTargets = layout.hitTargets;
+    state.log.panel = layout.logPanel;
+}
+
 bool moveHover(WindowState& state, PointDip point) {
     const int target = hitTest(state.hitTargets, point);
     if (target == state.hoverTarget) return false;
@@ -63,4 +79,9 @@ void copyReport(WindowState& state, const std::function<void(const std::wstring&
 void clearReport(WindowState& state) {
     clearLines(state.log);
     state.statusText = L"Report cleared";
+}
+
+std::wstring signatureLabel(const std::wstring& status) {
+    const std::size_t parenthesis = status.find(L'\uFF08');
+    return parenthesis == std::wstring::npos ? status : status.substr(parenthesis);
 }

@@ -35,6 +35,10 @@ struct ClickEffects {
 bool dispatchClick(WindowState& state, PointDip point, const MeasureText& measure,
                    const ClickEffects& effects);
 
+/// Makes a layout the one that clicks refer to. The hover stays on its element, wherever it stands
+/// now.
+void takeLayout(WindowState& state, const Layout& layout);
+
 /// Notes which element is under the point. True when that changed.
 bool moveHover(WindowState& state, PointDip point);
 
@@ -45,3 +49,7 @@ void replaceInstances(WindowState& state, std::vector<CdrInstance> instances);
 void copyReport(WindowState& state, const std::function<void(const std::wstring&)>& toClipboard);
 
 void clearReport(WindowState& state);
+
+/// What the Cloud page shows of a loading status: from its full-width parenthesis on, if it has
+/// one.
+std::wstring signatureLabel(const std::wstring& status);

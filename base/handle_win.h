@@ -22,20 +22,12 @@ class UniqueHandle {
     }
     UniqueHandle(const UniqueHandle&) = delete;
     UniqueHandle& operator=(const UniqueHandle&) = delete;
-    ~UniqueHandle() {
-        reset();
-    }
+    ~UniqueHandle() { reset(); }
 
-    [[nodiscard]] Type get() const {
-        return handle_;
-    }
-    explicit operator bool() const {
-        return handle_ != Traits::invalid();
-    }
+    [[nodiscard]] Type get() const { return handle_; }
+    explicit operator bool() const { return handle_ != Traits::invalid(); }
 
-    Type release() {
-        return std::exchange(handle_, Traits::invalid());
-    }
+    Type release() { return std::exchange(handle_, Traits::invalid()); }
 
     void reset(Type handle = Traits::invalid()) {
         const Type old = std::exchange(handle_, handle);
@@ -57,46 +49,30 @@ class UniqueHandle {
 
 struct KernelObjectTraits {
     using Type = HANDLE;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type handle) {
-        CloseHandle(handle);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type handle) { CloseHandle(handle); }
 };
 /// Processes, threads, events: null means none.
 using KernelHandle = UniqueHandle<KernelObjectTraits>;
 
 struct FileTraits {
     using Type = HANDLE;
-    static Type invalid() {
-        return INVALID_HANDLE_VALUE;
-    }
-    static void close(Type handle) {
-        CloseHandle(handle);
-    }
+    static Type invalid() { return INVALID_HANDLE_VALUE; }
+    static void close(Type handle) { CloseHandle(handle); }
 };
 /// Files and Tool Help snapshots: INVALID_HANDLE_VALUE means none.
 using FileHandle = UniqueHandle<FileTraits>;
 
 struct RegistryKeyTraits {
     using Type = HKEY;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type key) {
-        RegCloseKey(key);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type key) { RegCloseKey(key); }
 };
 using RegistryKey = UniqueHandle<RegistryKeyTraits>;
 
 struct LibraryTraits {
     using Type = HMODULE;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type module) {
-        FreeLibrary(module);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type module) { FreeLibrary(module); }
 };
 using LibraryHandle = UniqueHandle<LibraryTraits>;

@@ -8,7 +8,7 @@
 
 /// Wide text from UTF-8 (RFC 3629): UTF-16 where `wchar_t` has 16 bits, code points where it
 /// has 32. A surrogate pair that arrives as two three-byte sequences, as JSON escapes produce it,
-/// becomes its character; every other malformed byte becomes U+FFFD, so the result is always
+/// becomes its character; everything else that is malformed becomes U+FFFD, so the result is always
 /// well-formed.
 std::wstring wideFromUtf8(std::string_view utf8);
 

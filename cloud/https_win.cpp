@@ -90,14 +90,13 @@ std::string ReadAnswer(HINTERNET request, Clock::time_point deadline) {
 }
 
 bool LimitSteps(HINTERNET session) {
-    if (!WinHttpSetTimeouts(session, kStepTimeoutMs, kStepTimeoutMs, kStepTimeoutMs,
-                            kStepTimeoutMs)) {
-        return false;
-    }
-    // The wait for the status line has a limit of its own, of a minute and a half.
+    // The wait for the status line has a limit of its own, of a minute and a half. Where it cannot
+    // be lowered, the limit of the whole request still holds.
     DWORD timeoutMs = kStepTimeoutMs;
-    return WinHttpSetOption(session, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &timeoutMs,
-                            sizeof(timeoutMs));
+    WinHttpSetOption(session, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &timeoutMs,
+                     sizeof(timeoutMs));
+    return WinHttpSetTimeouts(session, kStepTimeoutMs, kStepTimeoutMs, kStepTimeoutMs,
+                              kStepTimeoutMs);
 }
 
 std::string Perform(Request& wanted) {

@@ -1,5 +1,5 @@
 // The value and the parser. Neither recurses with the document: the text comes from a server that
-// tolerates no trust, and two megabytes of "[" would be two million calls deep.
+// deserves no trust, and two megabytes of "[" would be two million calls deep.
 #include "cloud/json.h"
 
 #include <algorithm>
@@ -12,10 +12,20 @@
 
 namespace {
 
+// Never destroyed: a thread that the program does not wait for may still read while it exits.
+template <typename T>
+union Immortal {
+    Immortal() : value() {}
+    Immortal(const Immortal&) = delete;
+    Immortal& operator=(const Immortal&) = delete;
+    ~Immortal() {}  // NOLINT(modernize-use-equals-default): that one would be deleted
+    T value;
+};
+
 template <typename T>
 const T& SharedEmpty() {
-    static const T empty{};
-    return empty;
+    static const Immortal<T> empty;
+    return empty.value;
 }
 
 }  // namespace
@@ -175,7 +185,7 @@ bool IsTooLarge(std::string_view number) {
     const std::string_view digits = number.substr(0, mark);
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
-    return point - first + exponent > 0;
+    return exponent > first - point;
 }
 
 // What `strtod` makes of a run of number characters, without calling it: some C libraries take

@@ -5,8 +5,8 @@
 namespace {
 
 std::string FrameBody(const StackFrame& frame) {
-    std::string body = "{\"module\":\"" + utf8FromWide(frame.moduleName) + "\"";
-    if (!frame.function.empty()) body += ",\"func\":\"" + utf8FromWide(frame.function) + "\"";
+    std::string body = R"({"module":")" + utf8FromWide(frame.moduleName) + R"(")";
+    if (!frame.function.empty()) body += R"(,"func":")" + utf8FromWide(frame.function) + R"(")";
     return body + "}";
 }
 
@@ -19,9 +19,9 @@ std::string SubmissionBody(const LastCapture& capture) {
         if (!frames.empty()) frames += ",";
         frames += FrameBody(frame);
     }
-    return "{\"cdr_version\":\"" + utf8FromWide(capture.version) +
-           "\",\"tool_version\":\"0.1.0\",\"category\":" +
-           std::to_string(static_cast<int>(capture.category)) + ",\"frames\":[" + frames + "]}";
+    return R"({"cdr_version":")" + utf8FromWide(capture.version) +
+           R"(","tool_version":"0.1.0","category":)" +
+           std::to_string(static_cast<int>(capture.category)) + R"(,"frames":[)" + frames + "]}";
 }
 
 std::wstring SubmitLastCapture(const LastCapture& capture, const CloudServices& services) {

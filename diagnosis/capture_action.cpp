@@ -51,8 +51,7 @@ void OnCaptureNow(const Shell& shell, const CdrInstance* selected, const Signatu
     if (sensors.isResponsive(selected->mainWindow, kProbeTimeoutMs)) {
         shell.appendLog(
             L"[Capture] CDR main thread is responsive right now. Click 'Capture Now' again while "
-            L"it "
-            L"hangs.");
+            L"it hangs.");
         return;
     }
     CaptureResult capture = sensors.captureStack(selected->pid, selected->mainThreadId);

@@ -87,8 +87,7 @@ void LoadBuiltInRules(SignatureRuleBase& base) {
         {"ole-clipboard-001", FrameCategory::ole, L"ole", L"",
          L"Stuck in OLE/clipboard data exchange", L"medium",
          L"Most likely triggered by pasting a large bitmap or an embedded Office object. Use "
-         L"'Paste "
-         L"Special - Bitmap' instead, or export the image and then import it."},
+         L"'Paste Special - Bitmap' instead, or export the image and then import it."},
         {"plugin-001", FrameCategory::plugin, L"", L"", L"Stuck in a third-party plugin", L"high",
          L"The block happens inside a plugin module. Temporarily move its .cpg file out of the "
          L"Plugins folder to verify, then contact the plugin author or find a replacement."},

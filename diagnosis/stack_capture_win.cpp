@@ -4,13 +4,17 @@
 
 #include <dbghelp.h>
 
+#include <exception>
 #include <mutex>
 
+#include "base/process_win.h"
 #include "diagnosis/symbol_session_win.h"
 
 namespace {
 
 constexpr DWORD kLongestSymbol = 2000;
+constexpr const wchar_t* kWalkFailed =
+    L"Stack walk failed. CDR may have recovered - capture again while it hangs.";
 
 // Resumes what it suspended, once, on every path.
 class SuspendedThread {
@@ -38,7 +42,7 @@ void ReadModule(HANDLE process, StackFrame& frame) {
     module.SizeOfStruct = sizeof module;
     if (!SymGetModuleInfoW64(process, frame.address, &module)) return;
     frame.imagePath = module.ImageName;
-    frame.moduleName = module.ModuleName;
+    frame.moduleName = ModuleNameOf(module.ModuleName, module.ImageName);
 }
 
 void ReadFunction(HANDLE process, StackFrame& frame) {
@@ -85,6 +89,23 @@ std::vector<StackFrame> Walk(HANDLE process, HANDLE thread, CONTEXT& context) {
     return frames;
 }
 
+// From the suspension on: whatever happens in here, the guard's end resumes the thread.
+CaptureResult CaptureSuspended(HANDLE process, DWORD pid, HANDLE thread, SymbolSession& symbols) {
+    const SuspendedThread suspended(thread);
+    if (!suspended) return Failure(L"Failed to suspend the thread, please retry.");
+
+    // Suspension is asynchronous; only a context that could be read proves that the thread stands.
+    CONTEXT context{};
+    context.ContextFlags = CONTEXT_FULL;
+    if (!GetThreadContext(thread, &context)) return Failure(L"Failed to read thread context.");
+
+    const bool registered = symbols.EnsureSymbols(process, pid);
+    std::vector<StackFrame> frames =
+        Walk(registered ? symbols.process() : process, thread, context);
+    if (frames.empty()) return Failure(kWalkFailed);
+    return {true, {}, std::move(frames)};
+}
+
 }  // namespace
 
 CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) {
@@ -92,38 +113,24 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
     static SymbolSession symbols;
     const std::lock_guard lock(captureMutex);
 
-    symbols.ForgetExitedProcess();
     const KernelHandle process(
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
-    if (!process || HasExited(process.get())) {
+    if (!process || hasExited(process.get())) {
         return Failure(
-            L"Cannot open the CDR process (insufficient rights). Make sure CDR and this tool run "
-            L"as "
-            L"the same user.");
+            L"Cannot open the CDR process (insufficient rights). "
+            L"Make sure CDR and this tool run as the same user.");
     }
     const KernelHandle thread(OpenThread(
         THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT | THREAD_QUERY_INFORMATION, FALSE, threadId));
     // The id may have passed to a thread of another process since the list was made.
     if (!thread || GetProcessIdOfThread(thread.get()) != pid) {
         return Failure(
-            L"Cannot access the CDR main thread. It may be protected by security software - try "
-            L"whitelisting Mirelo.");
+            L"Cannot access the CDR main thread. "
+            L"It may be protected by security software - try whitelisting Mirelo.");
     }
-    const SuspendedThread suspended(thread.get());
-    if (!suspended) return Failure(L"Failed to suspend the thread, please retry.");
-
-    // Suspension is asynchronous; only a context that could be read proves that the thread stands.
-    CONTEXT context{};
-    context.ContextFlags = CONTEXT_FULL;
-    if (!GetThreadContext(thread.get(), &context))
-        return Failure(L"Failed to read thread context.");
-
-    const bool registered = symbols.EnsureSymbols(process.get(), pid);
-    std::vector<StackFrame> frames =
-        Walk(registered ? symbols.process() : process.get(), thread.get(), context);
-    if (frames.empty()) {
-        return Failure(
-            L"Stack walk failed. CDR may have recovered - capture again while it hangs.");
+    try {
+        return CaptureSuspended(process.get(), pid, thread.get(), symbols);
+    } catch (const std::exception&) {
+        return Failure(kWalkFailed);
     }
-    return {true, {}, std::move(frames)};
 }

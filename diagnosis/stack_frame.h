@@ -20,6 +20,11 @@ struct StackFrame {
     std::uint32_t line = 0;
 };
 
+/// The name to keep of a module: as the debug-help library reports it, but a plug-in by its file
+/// name. Windows' library leaves extensions out, and ".cpg" is what tells a plug-in from any other
+/// module.
+std::wstring ModuleNameOf(const std::wstring& reportedName, const std::wstring& imagePath);
+
 /// A capture holds no more frames than this; a damaged stack may repeat one frame for ever.
 inline constexpr int kMaxFrames = 64;
 

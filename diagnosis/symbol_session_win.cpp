@@ -85,18 +85,9 @@ bool SymbolSession::EnsureSymbols(HANDLE process, DWORD pid) {
     return true;
 }
 
-void SymbolSession::ForgetExitedProcess() {
-    if (process_ && HasExited(process_.get())) Forget();
-}
-
 void SymbolSession::Forget() {
     if (process_) SymCleanup(process_.get());
     process_.reset();
     pid_ = 0;
     reload_ = false;
-}
-
-bool HasExited(HANDLE process) {
-    DWORD exitCode = 0;
-    return GetExitCodeProcess(process, &exitCode) && exitCode != STILL_ACTIVE;
 }

@@ -22,14 +22,8 @@ class SymbolSession {
     /// borrowed; it needs the rights to query information and read memory. False leaves none.
     bool EnsureSymbols(HANDLE process, DWORD pid);
 
-    /// Gives up the registration of a process that has exited: the owned handle would keep its id
-    /// alive and let it be opened.
-    void ForgetExitedProcess();
-
     /// The handle that all symbol calls must use; null without a registration.
-    [[nodiscard]] HANDLE process() const {
-        return process_.get();
-    }
+    [[nodiscard]] HANDLE process() const { return process_.get(); }
 
   private:
     void Forget();
@@ -41,6 +35,3 @@ class SymbolSession {
     /// Where symbol files are looked for besides the library's own places; empty means nowhere.
     std::wstring searchPath_;
 };
-
-/// True when the process has ended, although its handle can still be opened.
-bool HasExited(HANDLE process);

@@ -12,7 +12,7 @@ constexpr std::int32_t kManyFonts = 800;
 constexpr std::int32_t kTooManyFonts = 1500;
 constexpr std::uint64_t kLittleMemoryBytes = std::uint64_t{8} << 30;
 
-EnvCheckItem ratePrinter(const DefaultPrinterInfo& printer) {
+EnvCheckItem RatePrinter(const DefaultPrinterInfo& printer) {
     EnvCheckItem item{L"Default printer", printer.name, kOk, L""};
     if (printer.isNetwork || printer.isOffline) {
         item.level = kHighRisk;
@@ -26,7 +26,7 @@ EnvCheckItem ratePrinter(const DefaultPrinterInfo& printer) {
     return item;
 }
 
-EnvCheckItem rateFonts(std::int32_t fontCount) {
+EnvCheckItem RateFonts(std::int32_t fontCount) {
     EnvCheckItem item{L"Installed fonts", decimal(fontCount) + L" fonts", kOk, L""};
     if (fontCount > kTooManyFonts) {
         item.level = kHighRisk;
@@ -41,7 +41,7 @@ EnvCheckItem rateFonts(std::int32_t fontCount) {
 }
 
 // The system's own default already deserves the warning: large documents do reach it.
-EnvCheckItem rateGdiQuota(std::uint32_t gdiQuota) {
+EnvCheckItem RateGdiQuota(std::uint32_t gdiQuota) {
     EnvCheckItem item{L"GDI handle quota", decimalUnsigned(gdiQuota), kOk, L""};
     if (gdiQuota <= kDefaultGdiQuota) {
         item.level = kWarning;
@@ -52,7 +52,7 @@ EnvCheckItem rateGdiQuota(std::uint32_t gdiQuota) {
     return item;
 }
 
-EnvCheckItem rateMemory(std::uint64_t bytes) {
+EnvCheckItem RateMemory(std::uint64_t bytes) {
     EnvCheckItem item{L"Physical memory", decimalUnsigned(bytes >> 20) + L" MB", kOk, L""};
     if (bytes < kLittleMemoryBytes) {
         item.level = kWarning;
@@ -63,7 +63,7 @@ EnvCheckItem rateMemory(std::uint64_t bytes) {
     return item;
 }
 
-const wchar_t* ratingTag(std::int32_t level) {
+const wchar_t* RatingTag(std::int32_t level) {
     if (level == kHighRisk) return L"[HIGH RISK]";
     return level == kWarning ? L"[WARN]" : L"[OK]";
 }
@@ -72,10 +72,10 @@ const wchar_t* ratingTag(std::int32_t level) {
 
 EnvCheckResult RateEnvironment(const EnvironmentFacts& facts) {
     EnvCheckResult result{{}, facts.printer, facts.gdiQuota, facts.fontCount};
-    if (!facts.printer.name.empty()) result.items.push_back(ratePrinter(facts.printer));
-    result.items.push_back(rateFonts(facts.fontCount));
-    result.items.push_back(rateGdiQuota(facts.gdiQuota));
-    result.items.push_back(rateMemory(facts.physicalMemoryBytes));
+    if (!facts.printer.name.empty()) result.items.push_back(RatePrinter(facts.printer));
+    result.items.push_back(RateFonts(facts.fontCount));
+    result.items.push_back(RateGdiQuota(facts.gdiQuota));
+    result.items.push_back(RateMemory(facts.physicalMemoryBytes));
     return result;
 }
 
@@ -83,7 +83,7 @@ void OnEnvironmentCheck(const Shell& shell, const std::function<EnvCheckResult()
     shell.appendLog(L"===== Environment Check =====");
     const EnvCheckResult result = scan();
     for (const EnvCheckItem& item : result.items) {
-        shell.appendLog(std::wstring(ratingTag(item.level)) + L" " + item.label + L": " +
+        shell.appendLog(std::wstring(RatingTag(item.level)) + L" " + item.label + L": " +
                         item.value);
         if (!item.advice.empty()) shell.appendLog(L"    -> " + item.advice);
     }

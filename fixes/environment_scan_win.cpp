@@ -7,16 +7,16 @@
 
 namespace {
 
-RegistryKey openMachineKey(const wchar_t* path) {
+RegistryKey OpenMachineKey(const wchar_t* path) {
     RegistryKey key;
     RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, key.receive());
     return key;
 }
 
 // The system lists every installed font as one value of this key.
-std::int32_t installedFontCount() {
+std::int32_t InstalledFontCount() {
     const RegistryKey key =
-        openMachineKey(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts");
+        OpenMachineKey(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts");
     DWORD count = 0;
     if (key) {
         RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count,
@@ -25,9 +25,9 @@ std::int32_t installedFontCount() {
     return static_cast<std::int32_t>(count);
 }
 
-std::uint32_t gdiProcessHandleQuota() {
+std::uint32_t GdiProcessHandleQuota() {
     const RegistryKey key =
-        openMachineKey(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows");
+        OpenMachineKey(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows");
     if (!key) return kDefaultGdiQuota;
     DWORD type = REG_NONE;
     DWORD quota = kDefaultGdiQuota;
@@ -38,7 +38,7 @@ std::uint32_t gdiProcessHandleQuota() {
     return whole ? quota : kDefaultGdiQuota;
 }
 
-std::uint64_t physicalMemoryBytes() {
+std::uint64_t PhysicalMemoryBytes() {
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof memory;
     GlobalMemoryStatusEx(&memory);
@@ -48,8 +48,8 @@ std::uint64_t physicalMemoryBytes() {
 }  // namespace
 
 EnvironmentFacts GatherEnvironmentFacts() {
-    return {QueryDefaultPrinter(), installedFontCount(), gdiProcessHandleQuota(),
-            physicalMemoryBytes()};
+    return {QueryDefaultPrinter(), InstalledFontCount(), GdiProcessHandleQuota(),
+            PhysicalMemoryBytes()};
 }
 
 EnvCheckResult RunEnvironmentCheck() {

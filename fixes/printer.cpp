@@ -11,12 +11,12 @@ constexpr std::uint32_t kAttributeWorkOffline = 0x400;
 constexpr std::uint32_t kStatusOffline = 0x80;
 
 // A queue of a print server, or a standard TCP/IP port: neither need carry the network attribute.
-bool isNetworkPrinter(const PrinterEntry& entry) {
+bool IsNetworkPrinter(const PrinterEntry& entry) {
     return entry.port.starts_with(L"\\\\") || entry.port.starts_with(L"IP_") ||
            (entry.attributes & kAttributeNetwork) != 0;
 }
 
-bool isOfflinePrinter(const PrinterEntry& entry) {
+bool IsOfflinePrinter(const PrinterEntry& entry) {
     return (entry.status & kStatusOffline) != 0 || (entry.attributes & kAttributeWorkOffline) != 0;
 }
 
@@ -28,8 +28,8 @@ DefaultPrinterInfo JudgeDefaultPrinter(std::wstring name, std::span<const Printe
 
     const auto entry = std::ranges::find(entries, std::wstring_view(name), &PrinterEntry::name);
     if (entry != entries.end()) {
-        printer.isNetwork = isNetworkPrinter(*entry);
-        printer.isOffline = isOfflinePrinter(*entry);
+        printer.isNetwork = IsNetworkPrinter(*entry);
+        printer.isOffline = IsOfflinePrinter(*entry);
     }
     printer.isVirtual = name.find(L"Print to PDF") != std::wstring::npos;
     printer.name = std::move(name);

@@ -12,7 +12,7 @@ constexpr const wchar_t* kConfirmText =
     L"\n"
     L"Continue?";
 
-void restore(const Shell& shell, PrinterSwitch& state, const Printers& printers) {
+void Restore(const Shell& shell, PrinterSwitch& state, const Printers& printers) {
     if (!RestoreDefaultPrinter(state.savedDefaultPrinter, printers)) return;
     shell.appendLog(L"[Printer] Restored default printer: " + state.savedDefaultPrinter);
     state.savedDefaultPrinter.clear();
@@ -34,21 +34,21 @@ bool RestoreDefaultPrinter(const std::wstring& name, const Printers& printers) {
 
 void OnTempPrinter(const Shell& shell, PrinterSwitch& state, const Printers& printers) {
     if (!state.savedDefaultPrinter.empty()) {
-        restore(shell, state, printers);
+        Restore(shell, state, printers);
         return;
     }
     if (!shell.confirm(kConfirmText, kConfirmCaption, ConfirmStyle::question)) return;
 
-    std::wstring replaced = SwitchToVirtualPrinter(printers);
-    if (replaced.empty()) {
+    // Remembered before anything else: whatever comes now, the printer is put back.
+    state.savedDefaultPrinter = SwitchToVirtualPrinter(printers);
+    if (state.savedDefaultPrinter.empty()) {
         shell.appendLog(
             L"[Printer] Switch failed (already a virtual printer, or blocked by policy).");
         return;
     }
-    shell.appendLog(L"[Printer] Switched. Original default: " + replaced +
+    shell.appendLog(L"[Printer] Switched. Original default: " + state.savedDefaultPrinter +
                     L" (auto-restored on exit)");
     shell.setStatus(L"Temp virtual printer active - auto restored on exit");
-    state.savedDefaultPrinter = std::move(replaced);
 }
 
 void RestoreDefaultPrinterAtExit(const PrinterSwitch& state, const Printers& printers) {

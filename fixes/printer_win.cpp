@@ -10,13 +10,13 @@
 namespace {
 
 // A name that does not fit counts as no default printer.
-std::wstring defaultPrinterName() {
+std::wstring DefaultPrinterName() {
     wchar_t name[256] = {};
     DWORD size = static_cast<DWORD>(std::size(name));
     return GetDefaultPrinterW(name, &size) ? std::wstring(name) : std::wstring();
 }
 
-std::wstring_view textOrEmpty(const wchar_t* text) {
+std::wstring_view TextOrEmpty(const wchar_t* text) {
     return text == nullptr ? std::wstring_view() : std::wstring_view(text);
 }
 
@@ -26,7 +26,7 @@ struct Enumeration {
     DWORD count = 0;
 };
 
-Enumeration enumeratePrinters() {
+Enumeration EnumeratePrinters() {
     constexpr DWORD kFlags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
     constexpr DWORD kLevel = 2;
     Enumeration found;
@@ -40,12 +40,12 @@ Enumeration enumeratePrinters() {
     return found;
 }
 
-std::vector<PrinterEntry> printerEntries(const Enumeration& found) {
+std::vector<PrinterEntry> PrinterEntries(const Enumeration& found) {
     std::vector<PrinterEntry> entries;
     const auto* printers = reinterpret_cast<const PRINTER_INFO_2W*>(found.buffer.data());
     for (DWORD i = 0; i < found.count; ++i) {
-        entries.push_back({textOrEmpty(printers[i].pPrinterName),
-                           textOrEmpty(printers[i].pPortName), printers[i].Attributes,
+        entries.push_back({TextOrEmpty(printers[i].pPrinterName),
+                           TextOrEmpty(printers[i].pPortName), printers[i].Attributes,
                            printers[i].Status});
     }
     return entries;
@@ -54,10 +54,10 @@ std::vector<PrinterEntry> printerEntries(const Enumeration& found) {
 }  // namespace
 
 DefaultPrinterInfo QueryDefaultPrinter() {
-    std::wstring name = defaultPrinterName();
+    std::wstring name = DefaultPrinterName();
     if (name.empty()) return {};
-    const Enumeration found = enumeratePrinters();
-    return JudgeDefaultPrinter(std::move(name), printerEntries(found));
+    const Enumeration found = EnumeratePrinters();
+    return JudgeDefaultPrinter(std::move(name), PrinterEntries(found));
 }
 
 Printers SystemPrinters() {

@@ -31,16 +31,10 @@ class Canvas {
     }
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
-    ~Canvas() {
-        EndPaint(window_, &paint_);
-    }
+    ~Canvas() { EndPaint(window_, &paint_); }
 
-    [[nodiscard]] HDC dc() const {
-        return dc_;
-    }
-    [[nodiscard]] const RECT& area() const {
-        return area_;
-    }
+    [[nodiscard]] HDC dc() const { return dc_; }
+    [[nodiscard]] const RECT& area() const { return area_; }
     HDC with(COLORREF color) {
         SetDCBrushColor(dc_, color);
         return dc_;

@@ -26,9 +26,7 @@ class SilentThread {
         thread_.join();
     }
 
-    [[nodiscard]] HWND window() const {
-        return window_;
-    }
+    [[nodiscard]] HWND window() const { return window_; }
 
   private:
     void run(Hang& hang) {

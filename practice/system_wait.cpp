@@ -4,22 +4,14 @@ namespace {
 
 struct PoolTraits {
     using Type = PTP_POOL;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type pool) {
-        CloseThreadpool(pool);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type pool) { CloseThreadpool(pool); }
 };
 
 struct PoolWorkTraits {
     using Type = PTP_WORK;
-    static Type invalid() {
-        return nullptr;
-    }
-    static void close(Type work) {
-        CloseThreadpoolWork(work);
-    }
+    static Type invalid() { return nullptr; }
+    static void close(Type work) { CloseThreadpoolWork(work); }
 };
 
 struct Before {

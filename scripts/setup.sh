@@ -6,12 +6,12 @@ packages=(
     # the build
     cmake ninja-build ccache g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 googletest
     # the checks
-    clang-format clang-tidy clang libclang-rt-14-dev zlib1g-dev unzip
+    clang-format clang-tidy clang libclang-rt-14-dev zlib1g-dev libz-mingw-w64-dev unzip
     # running the program on a virtual display; one font has the letters of all languages
     wine wine64 fonts-wqy-microhei libgl1-mesa-dri libglx-mesa0
     xvfb xauth openbox xdotool xclip x11-utils imagemagick
     # the end-to-end tests
-    python3 python3-pytest
+    python3 python3-pytest nginx-light openssl
 )
 
 missing=()

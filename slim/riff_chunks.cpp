@@ -58,9 +58,7 @@ class Stripper {
 
     void strip(std::size_t start, std::size_t end, int depth);
 
-    int removed() const {
-        return removed_;
-    }
+    int removed() const { return removed_; }
 
     Bytes finish() {
         flush();
@@ -71,16 +69,12 @@ class Stripper {
   private:
     std::size_t stripList(std::size_t at, std::size_t size, std::size_t end, int depth);
 
-    void keepUpTo(std::size_t position) {
-        spanEnd_ = position;
-    }
+    void keepUpTo(std::size_t position) { spanEnd_ = position; }
     void skipTo(std::size_t position) {
         flush();
         spanStart_ = spanEnd_ = position;
     }
-    std::size_t length() const {
-        return out_.size() + (spanEnd_ - spanStart_);
-    }
+    std::size_t length() const { return out_.size() + (spanEnd_ - spanStart_); }
     void flush();
 
     ByteView source_;

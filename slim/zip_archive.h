@@ -27,9 +27,7 @@ struct ZipEntry {
 
     /// The stored bytes, compressed for a deflated entry: a view of the archive's image, or of the
     /// contents that replaced it. Empty when the local header could not be used.
-    ByteView data() const {
-        return replacement ? ByteView(*replacement) : stored;
-    }
+    ByteView data() const { return replacement ? ByteView(*replacement) : stored; }
 
     ByteView stored;
     std::optional<Bytes> replacement;
@@ -87,24 +85,16 @@ class ZipArchive {
     bool replaceEntry(std::wstring_view name, Bytes bytes);
 
     /// The number of entries, deleted ones included.
-    std::size_t entryCount() const {
-        return entries_.size();
-    }
+    std::size_t entryCount() const { return entries_.size(); }
 
     /// In the order of the central directory, deleted ones included.
-    const std::vector<ZipEntry>& entries() const {
-        return entries_;
-    }
+    const std::vector<ZipEntry>& entries() const { return entries_; }
 
-    bool loaded() const {
-        return loaded_;
-    }
+    bool loaded() const { return loaded_; }
 
     /// True once memory was too short to extract an entry: an empty result may then not mean what
     /// it says.
-    bool outOfMemory() const {
-        return outOfMemory_;
-    }
+    bool outOfMemory() const { return outOfMemory_; }
 
     /// True when `name` begins with `prefix`, compared as names are.
     static bool nameStartsWith(std::wstring_view name, std::wstring_view prefix);

@@ -25,9 +25,7 @@ struct Written {
 // Appends into a buffer that was sized beforehand.
 class Writer {
   public:
-    explicit Writer(std::size_t size) {
-        bytes_.resize(size);
-    }
+    explicit Writer(std::size_t size) { bytes_.resize(size); }
 
     void u16(std::uint32_t value) {
         writeU16(bytes_, length_, value);
@@ -42,12 +40,8 @@ class Writer {
                   bytes_.begin() + static_cast<std::ptrdiff_t>(length_));
         length_ += bytes.size();
     }
-    std::uint32_t length() const {
-        return static_cast<std::uint32_t>(length_);
-    }
-    Bytes take() {
-        return std::move(bytes_);
-    }
+    std::uint32_t length() const { return static_cast<std::uint32_t>(length_); }
+    Bytes take() { return std::move(bytes_); }
 
   private:
     Bytes bytes_;

@@ -101,8 +101,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
      L"\"Zachytit nyní\"."},
     {kCzech, "about_line7",
      L"Pokud se nenajde odpovídající signatura, klikněte na \"Odeslat neznámou signaturu\". "
-     L"Pomůžete "
-     L"tím vylepšit databázi signatur."},
+     L"Pomůžete tím vylepšit databázi signatur."},
     {kCzech, "btn_site_open", L"Otevřít web"},
     {kCzech, "btn_guide_open", L"Otevřít příručku"},
     {kCzech, "btn_close", L"Zavřít"},

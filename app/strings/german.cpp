@@ -102,12 +102,10 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"aus."},
     {kGerman, "about_line6",
      L"So geht es: Wenn CDR hängt, wählen Sie auf der Registerkarte \"Diagnose\" die Instanz aus "
-     L"und "
-     L"klicken Sie auf \"Jetzt erfassen\"."},
+     L"und klicken Sie auf \"Jetzt erfassen\"."},
     {kGerman, "about_line7",
      L"Wenn keine Signatur passt, klicken Sie auf \"Unbekannte Signatur senden\" und helfen Sie "
-     L"so, "
-     L"die Signaturdatenbank zu verbessern."},
+     L"so, die Signaturdatenbank zu verbessern."},
     {kGerman, "btn_site_open", L"Website öffnen"},
     {kGerman, "btn_guide_open", L"Benutzerhandbuch öffnen"},
     {kGerman, "btn_close", L"Schließen"},
@@ -149,18 +147,15 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_rule", L"Passende Signatur: %s (Schweregrad: %s)"},
     {kGerman, "log_no_match",
      L"Keine passende Signatur. Mit \"Unbekannte Signatur senden\" können Sie anonym zur "
-     L"gemeinsamen "
-     L"Datenbank beitragen."},
+     L"gemeinsamen Datenbank beitragen."},
     {kGerman, "log_fallback",
      L"Eine automatische Zuordnung war nicht möglich. Kopieren Sie den unbearbeiteten Aufrufstapel "
      L"oder klicken Sie auf \"Unbekannte Signatur senden\" und helfen Sie so, die "
-     L"Signaturdatenbank "
-     L"zu verbessern."},
+     L"Signaturdatenbank zu verbessern."},
     {kGerman, "log_stack_hdr", L"--- Oberste 8 Frames ---"},
     {kGerman, "log_responsive",
      L"Der Hauptthread von CDR reagiert derzeit. Klicken Sie erneut auf \"Jetzt erfassen\", "
-     L"während "
-     L"CDR hängt."},
+     L"während CDR hängt."},
     {kGerman, "log_responsive_ok", L"CDR reagiert normal."},
     {kGerman, "log_metrics_hdr", L"===== Messwerte ====="},
     {kGerman, "log_env_title", L"===== Umgebungsprüfung ====="},

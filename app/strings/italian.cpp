@@ -103,8 +103,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"dall'utente."},
     {kItalian, "about_line6",
      L"Come si usa: quando CDR si blocca, selezionare la relativa istanza nella scheda "
-     L"\"Diagnosi\" "
-     L"e fare clic su \"Acquisisci ora\"."},
+     L"\"Diagnosi\" e fare clic su \"Acquisisci ora\"."},
     {kItalian, "about_line7",
      L"Se nessuna firma corrisponde, fare clic su \"Invia firma sconosciuta\" per contribuire a "
      L"migliorare il database delle firme."},

@@ -108,8 +108,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "lbl_language", L"言語"},
     {kJapanese, "tip_printer_switch",
      L"既定のプリンターを一時的に Microsoft Print to PDF "
-     L"に切り替えますか？\n元の既定のプリンターは、Mirelo "
-     L"の終了時に自動的に復元されます。\n\n続行しますか？"},
+     L"に切り替えますか？\n元の既定のプリンターは、Mirelo の終了時に自動的に復元されます。\n\n続行しますか？"},
     {kJapanese, "printer_switched",
      L"切り替えました。元の既定のプリンター：%s（終了時に自動復元）"},
     {kJapanese, "printer_reverted", L"既定のプリンターを復元しました：%s"},
@@ -126,8 +125,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
      L"のバージョンのみで、ファイルのパスやドキュメントの内容は含まれません。）\n\n続行しますか？"},
     {kJapanese, "tip_slim",
      L"選択したファイルを軽量化します。\n  - "
-     L"ビューのスナップショットを削除（ご自身で保存したものも含め、ビュー "
-     L"マネージャのすべてのビューが消去されます）\n  - 余分なカラー "
+     L"ビューのスナップショットを削除（ご自身で保存したものも含め、ビュー マネージャのすべてのビューが消去されます）\n  - 余分なカラー "
      L"スタイルを消去（検証済み：オブジェクトの色には影響しません）\n  - "
      L"プレビューとサムネイルのキャッシュを削除（開いたときに CDR "
      L"が自動的に再作成します）\n各ファイルは、先に元のファイルと同じ場所に .mirelobak "

@@ -100,12 +100,10 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"użytkownik."},
     {kPolish, "about_line6",
      L"Sposób użycia: gdy CDR się zawiesi, wybierz jego wystąpienie na karcie \"Diagnoza\" i "
-     L"kliknij "
-     L"przycisk \"Przechwyć teraz\"."},
+     L"kliknij przycisk \"Przechwyć teraz\"."},
     {kPolish, "about_line7",
      L"Jeśli nie pasuje żadna sygnatura, kliknij przycisk \"Prześlij nieznaną sygnaturę\", aby "
-     L"pomóc "
-     L"ulepszyć bazę sygnatur."},
+     L"pomóc ulepszyć bazę sygnatur."},
     {kPolish, "btn_site_open", L"Otwórz witrynę"},
     {kPolish, "btn_guide_open", L"Otwórz podręcznik"},
     {kPolish, "btn_close", L"Zamknij"},

@@ -7,8 +7,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos - " MIRELO_MAKER},
     {kPortuguese, "ready_tip",
      L"O Mirelo está pronto. Quando o CDR travar, abra a guia \"Diagnóstico\" e clique em "
-     L"\"Capturar "
-     L"agora\"."},
+     L"\"Capturar agora\"."},
     {kPortuguese, "log_sig_local", L"Banco de assinaturas carregado do cache local"},
     {kPortuguese, "tab_diag", L"Diagnóstico"},
     {kPortuguese, "tab_fix", L"Correções"},
@@ -104,8 +103,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"\"Capturar agora\"."},
     {kPortuguese, "about_line7",
      L"Se nenhuma assinatura corresponder, clique em \"Enviar assinatura desconhecida\" para "
-     L"ajudar "
-     L"a melhorar o banco de assinaturas."},
+     L"ajudar a melhorar o banco de assinaturas."},
     {kPortuguese, "btn_site_open", L"Abrir o site"},
     {kPortuguese, "btn_guide_open", L"Abrir o guia do usuário"},
     {kPortuguese, "btn_close", L"Fechar"},

@@ -145,8 +145,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_stack_hdr", L"--- En üstteki 8 çerçeve ---"},
     {kTurkish, "log_responsive",
      L"CDR ana iş parçacığı şu anda yanıt veriyor. CDR donmuşken \"Şimdi yakala\" düğmesine "
-     L"yeniden "
-     L"tıklayın."},
+     L"yeniden tıklayın."},
     {kTurkish, "log_responsive_ok", L"CDR normal yanıt veriyor."},
     {kTurkish, "log_metrics_hdr", L"===== Göstergeler ====="},
     {kTurkish, "log_env_title", L"===== Ortam denetimi ====="},
@@ -174,8 +173,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "log_leak_base", L"Başlangıç değeri alındı. GDI tanıtıcıları: %d"},
     {kTurkish, "log_leak_go",
      L"Şimdi CDR'de her zamanki gibi çalışın, ardından \"Başlangıç değeriyle karşılaştır\" "
-     L"düğmesine "
-     L"tıklayın."},
+     L"düğmesine tıklayın."},
     {kTurkish, "log_leak_settle", L"Tanıtıcı sayısının dengelenmesi bekleniyor..."},
     {kTurkish, "log_leak_nobase",
      L"Henüz başlangıç değeri yok. Önce \"Başlangıç değerini al\" düğmesine tıklayın."},

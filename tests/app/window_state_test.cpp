@@ -75,6 +75,19 @@ TEST(WindowState, NoticesWhenTheHoveredElementChanges) {
     EXPECT_EQ(state.hoverTarget, -1);
 }
 
+TEST(WindowState, KeepsTheHoverOnItsElementInANewLayout) {
+    WindowState state = stateWith(HitKind::button, kRefreshAction);
+    moveHover(state, {20, 20});
+    Layout layout;
+    layout.hitTargets = {{HitKind::button, kCopyAction, 0, 0, 1, 1, L"", TextStyle::button, false},
+                         state.hitTargets[0]};
+    takeLayout(state, layout);
+    EXPECT_EQ(state.hoverTarget, 1);
+    layout.hitTargets.pop_back();
+    takeLayout(state, layout);
+    EXPECT_EQ(state.hoverTarget, -1);
+}
+
 TEST(WindowState, CopiesAndClearsWithAWord) {
     WindowState state;
     std::wstring clipboard = L"untouched";
@@ -94,4 +107,10 @@ TEST(WindowState, CopiesAndClearsWithAWord) {
     EXPECT_EQ(state.log.lineCount(), 0);
     EXPECT_EQ(state.log.scrollBack, 0);
     EXPECT_EQ(state.log.selectionAnchor, -1);
+}
+
+TEST(WindowState, ShowsTheParenthesisOfAStatusOrAllOfIt) {
+    EXPECT_EQ(signatureLabel(L"Loaded (7)"), L"Loaded (7)");
+    EXPECT_EQ(signatureLabel(L"Loaded\uFF08v7\uFF09"), L"\uFF08v7\uFF09");
+    EXPECT_EQ(signatureLabel(L""), L"");
 }

@@ -7,9 +7,7 @@ namespace {
 struct CountingTraits {
     using Type = int;
     static inline int closed = 0;
-    static int invalid() {
-        return -1;
-    }
+    static int invalid() { return -1; }
     static void close(int) {
         ++closed;
         SetLastError(ERROR_GEN_FAILURE);

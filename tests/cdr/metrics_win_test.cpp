@@ -21,9 +21,7 @@ class HungWindow {
     HungWindow(const HungWindow&) = delete;
     HungWindow& operator=(const HungWindow&) = delete;
 
-    [[nodiscard]] HWND get() const {
-        return window_;
-    }
+    [[nodiscard]] HWND get() const { return window_; }
 
   private:
     void hang() {

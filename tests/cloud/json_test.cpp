@@ -193,6 +193,9 @@ TEST(Json, ReadsNumbersAsStrtodDoes) {
 
 TEST(Json, ReadsMillionsOfDigits) {
     const std::string digits = Repeated("7", 2000000);
+    EXPECT_EQ(ParseJson("1000e9223372036854775807").number(),
+              std::numeric_limits<double>::infinity());
+    EXPECT_EQ(ParseJson("0.0001e-9223372036854775808").number(), 0.0);
     EXPECT_EQ(ParseJson(digits).number(), std::numeric_limits<double>::infinity());
     EXPECT_EQ(ParseJson(std::string("0.") + digits).number(), 7.0 / 9.0);
     EXPECT_EQ(ParseJson(std::string("-0.") + digits + "e-400").number(), 0.0);

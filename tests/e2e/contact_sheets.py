@@ -13,6 +13,7 @@ def photograph(wine, language, width_px, height_px):
     with closing(Mirelo(wine, language=language)) as mirelo:
         if (width_px, height_px) != mirelo.size():
             mirelo.resize(width_px, height_px)
+        mirelo.settle()
         for tab in (DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB):
             mirelo.show(tab)
             pictures.append(mirelo.screenshot(f"language-{language:02}-{tab}-{width_px}"))

@@ -20,7 +20,7 @@ CLEANUP, RESTORE, SETTINGS, SLIM = 505, 506, 507, 508
 UPDATE, SUBMIT, NETWORK = 509, 510, 511
 COPY, CLEAR, WEBSITE = 980, 981, 9001
 TAB, INSTANCE, LANGUAGE = 300, 4000, 4100
-ACCENT = "#E8590C"
+ACCENT, PANEL = "#E8590C", "#E9EDF2"
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
 
@@ -240,6 +240,13 @@ class Mirelo:
         header = self.element(TAB + tab)
         x, y = (round(value * self.dpi / 96) for value in (header.x + 10, header.y + 10))
         wait_for(lambda: self.desktop.colour_at(self.window, x, y) == ACCENT, f"tab {tab} as the current one")
+
+    def settle(self):
+        """Selects nothing, points at nothing and waits until that is painted: for pictures."""
+        panel = self.kind("panel")
+        self.click_at(panel.x + 40, panel.y + panel.height - 5)
+        x, y = (round(value * self.dpi / 96) for value in (panel.x + 5, panel.y + 14))
+        wait_for(lambda: self.desktop.colour_at(self.window, x, y) == PANEL, "a report without a selection")
 
     def screenshot(self, name):
         """The client area as it is seen."""

@@ -20,9 +20,7 @@ def main():
                 mirelo.click(CAPTURE)
                 report = mirelo.wait_for_report("--- Top 8 frames ---")
                 took = time.monotonic() - began
-                panel = mirelo.kind("panel")
-                mirelo.click_at(panel.x + 40, panel.y + panel.height - 5)
-                mirelo.move_to(panel.x + 40, panel.y - 10)
+                mirelo.settle()
                 picture = mirelo.screenshot("capture-now")
         wine.shut_down()
     print("-- the report, read back through the clipboard:\n")

@@ -79,6 +79,7 @@ def test_every_page_at_every_size(wine, mirelo, practice, dpi):
         app = mirelo(dpi=dpi)
         width, height = app.size()
         assert abs(width * 96 / dpi - 1032) < 12 and abs(height * 96 / dpi - 850) < 30
+        app.settle()
         for tab, name in TABS.items():
             app.show(tab)
             app.screenshot(f"page-{name}-{dpi}")

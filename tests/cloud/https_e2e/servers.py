@@ -49,19 +49,20 @@ def accepts_connections(port: int) -> bool:
 
 
 class Nginx:
-    """Serves `folder`/www on one port per certificate."""
+    """Serves `folder`/www on one port per certificate, and thanks for submissions."""
 
-    def __init__(self, folder: pathlib.Path, certificates: dict):
+    def __init__(self, folder: pathlib.Path, certificates: dict, port=None):
         self.folder = folder
         self.www = folder / "www"
         self.www.mkdir()
-        self.ports = {name: free_port() for name in certificates}
+        self.ports = {name: port or free_port() for name in certificates}
         servers = "\n".join(
             f"""server {{
                 listen 127.0.0.1:{self.ports[name]} ssl;
                 ssl_certificate {certificate};
                 ssl_certificate_key {key};
                 root {self.www};
+                location = /api/mirelo/submit.php {{ return 200 'thanks'; }}
                 location = /204 {{ return 204; }}
                 location = /301 {{ return 301 /good.json; }}
                 location = /404 {{ return 404; }}
@@ -98,9 +99,12 @@ class Nginx:
 
 
 class OddServer:
-    """Announces, breaks off, falls silent and drips, by path; keeps the submissions it is sent."""
+    """A signature server with `document`, which also announces, breaks off, falls silent and drips, by
+    path. Keeps what it was asked ("GET /path") and the submissions it was sent."""
 
-    def __init__(self, certificate):
+    def __init__(self, certificate, port=0):
+        self.document = b""
+        self.requests = []
         self.submissions = []
         self.closing = threading.Event()
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
@@ -118,10 +122,16 @@ class OddServer:
                 pass
 
             def do_GET(self):
+                outer.requests.append(f"GET {self.path}")
                 self.close_connection = True
+                if self.path == "/api/mirelo/signatures.php":
+                    self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" %
+                                     len(outer.document) + outer.document)
+                    return
                 getattr(outer, "_" + self.path.strip("/").replace("-", "_"))(self.wfile)
 
             def do_POST(self):
+                outer.requests.append(f"POST {self.path}")
                 body = self.rfile.read(int(self.headers["Content-Length"]))
                 outer.submissions.append((self.path, dict(self.headers), body))
                 self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok")
@@ -132,7 +142,7 @@ class OddServer:
             def handle_error(self, *_):
                 pass
 
-        self._server = Server(("127.0.0.1", 0), Handler)
+        self._server = Server(("127.0.0.1", port), Handler)
         self.port = self._server.server_port
         self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
         self._thread.start()

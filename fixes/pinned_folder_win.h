@@ -1,0 +1,45 @@
+// A folder that nobody can swap for a link while files go in or out.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "base/handle_win.h"
+#include "fixes/file_system.h"
+
+/// With the prefix that lifts the limit on a path's length and takes every name as it is spelled.
+std::wstring LongPath(const std::wstring& path);
+
+/// What a Windows error number means for a file.
+FileResult ResultOfError(DWORD error);
+
+/// Every folder from `base` down to a folder, each held open without leave to rename or delete it
+/// and none of them a link. What stands above `base` is the system's own affair. A killed process
+/// lets go of everything.
+class PinnedFolder {
+  public:
+    /// Pins `folder`, which must be `base` or lie below it.
+    /// Keeps what it holds of the way when it is near the last one.
+    FileResult pin(const std::wstring& base, const std::wstring& folder);
+    void release();
+
+    /// True when `folder` was the last one and is pinned.
+    [[nodiscard]] bool holds(const std::wstring& folder) const;
+    /// The folder's real path as the system spells it; empty when it cannot tell.
+    [[nodiscard]] const std::wstring& realPath() const { return realPath_; }
+
+  private:
+    struct Link {
+        std::wstring path;
+        FileHandle handle;
+    };
+    FileResult add(std::wstring folder, bool isBase);
+
+    std::wstring realPath_;
+    std::vector<Link> chain_;
+};
+
+/// The path of an open file or folder as the system spells it; empty when it cannot tell.
+std::wstring RealPathOf(HANDLE handle);

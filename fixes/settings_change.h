@@ -1,0 +1,31 @@
+// Carrying out the settings optimisation: ask, export, verify the export, change, read back.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/shell.h"
+#include "fixes/cleanup.h"
+#include "fixes/settings_optimizer.h"
+
+struct SettingsWorld {
+    Registry& registry;
+    /// For the export: its files, the tool folder, the clock and whether CorelDRAW runs.
+    BackupWorld backup;
+    /// The key of all versions, below HKEY_CURRENT_USER.
+    std::wstring corelKey = LR"(Software\Corel\CorelDRAW)";
+};
+
+/// Writes the keys of the changes, whole and with all below them, into `file` and reads it again.
+/// Empty when the file holds exactly what the registry holds; otherwise the reason, and no file is
+/// left.
+std::wstring ExportKeys(const SettingsWorld& world, const std::vector<SettingChange>& changes,
+                        const std::wstring& file);
+
+enum class ChangeOutcome { changed, changedMeanwhile, refused, notKept };
+
+/// Changes one value that still is what the plan saw, and reads it back.
+ChangeOutcome ApplyChange(Registry& registry, const SettingChange& change);
+
+void OnOptimizeSettings(const Shell& shell, const SettingsWorld& world);

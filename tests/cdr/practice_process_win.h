@@ -1,0 +1,51 @@
+// A practice CorelDRAW under test: started, met by its handshake, ended.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+
+#include "base/handle_win.h"
+#include "cdr/cdr_instance.h"
+
+/// The practice program in the build folder that this test program is in.
+std::filesystem::path PracticeProgram();
+/// The same program without a version resource.
+std::filesystem::path PlainPracticeProgram();
+
+/// Owns one running practice program; nothing of it outlives the object, nor the test program.
+class PracticeProcess {
+  public:
+    /// Starts `program` and returns when it is where `way` leads (practice/ways.h). A test failure
+    /// is recorded when it does not get there in time.
+    explicit PracticeProcess(const std::wstring& way,
+                             const std::filesystem::path& program = PracticeProgram());
+    PracticeProcess(const PracticeProcess&) = delete;
+    PracticeProcess& operator=(const PracticeProcess&) = delete;
+    ~PracticeProcess();
+
+    [[nodiscard]] DWORD pid() const { return pid_; }
+    [[nodiscard]] HANDLE process() const { return process_.get(); }
+
+    /// The process as the instance list shows it; one with pid 0 when it is not listed.
+    [[nodiscard]] CdrInstance listed() const;
+
+    /// One of the events of the handshake (practice/handshake.h): sets it, or waits until the
+    /// program sets it; false when that takes too long.
+    void signal(const wchar_t* event) const;
+    [[nodiscard]] bool await(const wchar_t* event) const;
+
+    /// Ends the program and keeps no handle to it. False when it had to be terminated.
+    bool end();
+
+  private:
+    std::wstring name_;
+    KernelHandle job_;
+    KernelHandle ready_;
+    KernelHandle process_;
+    DWORD pid_ = 0;
+};
+
+/// From now on nobody gets a new handle to the process or thread, as security software has it.
+void Forbid(HANDLE processOrThread);

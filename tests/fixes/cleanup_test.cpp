@@ -1,0 +1,364 @@
+// The cleanup and its way back on a file system that dies at every step.
+#include "fixes/cleanup.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "base/text.h"
+#include "fixes/backup_folders.h"
+#include "fixes/restore.h"
+#include "tests/fixes/staged_profile.h"
+
+namespace {
+
+using Snapshot = std::map<std::wstring, FakeFileSystem::Node>;
+
+// Where the tool folder lies: beside the profile, where a rename reaches it, or on another drive.
+const std::wstring kNear = kStagedRoots[0] + L"\\Mirelo";
+const std::wstring kFar = L"D:\\Mirelo";
+
+struct Stage {
+    explicit Stage(std::wstring toolFolder = kNear)
+        : world{files, kStagedRoots, std::move(toolFolder), [this] { return isCorelRunning; },
+                [this] {
+                    return BackupWorld::Now{utc, utc + 36'000'000'000};
+                }} {
+        for (const StagedFile& file : kStagedFiles)
+            files.add(kStagedUser + L"\\" + file.path, utf8FromWide(file.path));
+        files.find(kStagedRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
+        files.find(kStagedRoots[0] + L"\\Corel\\Messages\\540\\EN")->attributes = 0x2;
+        files.addFolder(ParentFolder(world.toolFolder));
+    }
+
+    CleanupPlan plan() { return PlanCleanup(ListCleanupItems(files, kStagedRoots), kStagedRoots); }
+    std::wstring newBackup() {
+        return NewBackupFolder(files, world.toolFolder, kCleanupBackup, world.now().local);
+    }
+    CleanupReport clean() { return ExecuteCleanup(world, plan(), newBackup()); }
+    /// Without the tool's own folder, and with folder times only for those that a cleanup removes.
+    Snapshot profile() {
+        Snapshot seen = files.snapshot(kStagedUser);
+        std::erase_if(seen, [](const auto& item) { return item.first.starts_with(kNear); });
+        for (auto& [path, node] : seen) {
+            if (node.type == EntryType::folder && !isRemovable(path))
+                node.created = node.modified = 0;
+        }
+        return seen;
+    }
+    static bool isRemovable(const std::wstring& path) {
+        return path.find(L"_CorelDRW") != std::wstring::npos ||
+               path.find(L"AppHang") != std::wstring::npos || path.ends_with(L"\\EN") ||
+               path.find(L"PreviewCache\\a") != std::wstring::npos;
+    }
+    /// The contents of all files of the profile and of the backups, however they are called.
+    std::multiset<std::string> contents() {
+        std::multiset<std::string> all;
+        for (const wchar_t* drive : {L"C:", L"D:"})
+            for (const auto& [path, node] : files.snapshot(drive))
+                if (node.type == EntryType::file) all.insert(node.contents);
+        return all;
+    }
+    void reboot() {
+        files.killAt = std::numeric_limits<int>::max();
+        files.steps = 0;
+        utc += 60 * kTicksPerSecond;
+    }
+
+    FakeFileSystem files;
+    bool isCorelRunning = false;
+    FileTicks utc = 133'500'000'000'000'000;
+    BackupWorld world;
+};
+
+// Runs an act with a kill at the given step; true when it came that far.
+template <typename Act>
+bool isKilled(Stage& stage, int step, const Act& act) {
+    stage.reboot();
+    stage.files.killAt = step;
+    bool killed = false;
+    try {
+        act();
+    } catch (const Killed&) {
+        killed = true;
+    }
+    stage.reboot();
+    return killed;
+}
+
+// The paths that differ, one a line.
+std::string difference(const Snapshot& now, const Snapshot& before) {
+    std::set<std::wstring> paths;
+    for (const auto& [path, node] : before)
+        if (!now.contains(path) || now.at(path) != node) paths.insert(path);
+    for (const auto& [path, node] : now)
+        if (!before.contains(path)) paths.insert(path);
+    std::string text;
+    for (const std::wstring& path : paths)
+        text += utf8FromWide(path) + "\n";
+    return text;
+}
+
+std::wstring joined(const std::vector<std::wstring>& lines) {
+    std::wstring text;
+    for (const std::wstring& line : lines)
+        text += line + L"\n";
+    return text;
+}
+
+}  // namespace
+
+class CleanupOnBothVolumes : public testing::TestWithParam<const std::wstring*> {};
+INSTANTIATE_TEST_SUITE_P(, CleanupOnBothVolumes, testing::Values(&kNear, &kFar));
+
+TEST_P(CleanupOnBothVolumes, MovesThePlanAndRestoreBringsItBack) {
+    Stage stage(*GetParam());
+    const Snapshot before = stage.profile();
+    const std::wstring backup = stage.newBackup();
+    const CleanupReport report = stage.clean();
+    EXPECT_EQ(stage.plan().total().files, 0U);
+    EXPECT_EQ(stage.plan().items.size(), 0U) << "an emptied folder stayed";
+    for (const StagedFile& file : kStagedFiles)
+        EXPECT_EQ(stage.files.find(kStagedUser + L"\\" + file.path) == nullptr, file.isCleaned);
+    EXPECT_EQ(CleanupLines(report, backup).back(),
+              L"[Cleanup] [OK] 11 files (643 bytes) moved to " + backup);
+
+    const RestoreReport restored = RestoreNewestBackup(stage.world);
+    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_EQ(RestoreLines(restored).back(), L"[Restore] [OK] 11 files (643 bytes) put back from " +
+                                                 backup + L"; the empty backup was removed");
+    EXPECT_EQ(stage.files.find(backup), nullptr);
+    EXPECT_EQ(RestoreLines(RestoreNewestBackup(stage.world)),
+              std::vector<std::wstring>{L"[Restore] There is no backup to restore."});
+    EXPECT_EQ(difference(stage.profile(), before), "");
+}
+
+TEST_P(CleanupOnBothVolumes, LosesNothingWhereverItIsKilled) {
+    bool killed = true;
+    for (int step = 1; killed; ++step) {
+        Stage stage(*GetParam());
+        const Snapshot before = stage.profile();
+        const std::multiset<std::string> contents = stage.contents();
+        killed = isKilled(stage, step, [&] { stage.clean(); });
+        const auto now = stage.contents();
+        ASSERT_TRUE(std::ranges::includes(now, contents)) << "killed at step " << step;
+
+        // A second cleanup in between must not bury what the first one moved.
+        if (step % 3 == 0) stage.clean();
+        stage.reboot();
+        for (int i = 0; i < 3; ++i)
+            RestoreNewestBackup(stage.world);
+        ASSERT_EQ(difference(stage.profile(), before), "") << "killed at step " << step;
+        ASSERT_TRUE(ListBackups(stage.files, stage.world.toolFolder, kCleanupBackup).empty());
+    }
+}
+
+TEST_P(CleanupOnBothVolumes, RestoreFinishesWhereverItIsKilled) {
+    // The cleanup is whole, or was killed on its way.
+    for (const int cleanupStep : {std::numeric_limits<int>::max(), 25, 40}) {
+        bool killed = true;
+        for (int step = 1; killed; ++step) {
+            Stage stage(*GetParam());
+            const Snapshot before = stage.profile();
+            const std::multiset<std::string> contents = stage.contents();
+            isKilled(stage, cleanupStep, [&] { stage.clean(); });
+            killed = isKilled(stage, step, [&] { RestoreNewestBackup(stage.world); });
+            const auto now = stage.contents();
+            ASSERT_TRUE(std::ranges::includes(now, contents)) << "killed at step " << step;
+            // Killed once more, a little further on.
+            isKilled(stage, step % 7 + 1, [&] { RestoreNewestBackup(stage.world); });
+            RestoreNewestBackup(stage.world);
+            ASSERT_EQ(difference(stage.profile(), before), "") << "killed at step " << step;
+            ASSERT_TRUE(ListBackups(stage.files, stage.world.toolFolder, kCleanupBackup).empty())
+                << "killed at step " << step;
+        }
+    }
+}
+
+TEST_P(CleanupOnBothVolumes, SurvivesAPowerCutThatLosesTheNotes) {
+    // Moves are on the disk, what the manifest notes about them is not.
+    Stage stage(*GetParam());
+    const Snapshot before = stage.profile();
+    ASSERT_TRUE(isKilled(stage, 60, [&] { stage.clean(); }));
+    const auto backups = ListBackups(stage.files, stage.world.toolFolder, kCleanupBackup);
+    ASSERT_EQ(backups.size(), 1U);
+    std::string& manifest =
+        stage.files
+            .find(BackupsFolder(stage.world.toolFolder) + L"\\" + backups[0] + L"\\manifest.json")
+            ->contents;
+    for (std::size_t at = 0; (at = manifest.find("\"state\": \"M", at)) != std::string::npos; ++at)
+        manifest[at + 10] = 'P';
+    RestoreNewestBackup(stage.world);
+    EXPECT_EQ(difference(stage.profile(), before), "");
+}
+
+TEST(Cleanup, SkipsWhatIsInUseOrHasChangedAndNamesWhatIsRefused) {
+    Stage stage;
+    const std::wstring suite = kStagedRoots[1] + L"\\Corel\\CorelDRAW Graphics Suite X7\\";
+    const CleanupPlan plan = stage.plan();
+    stage.files.find(suite + L"Draw\\PreviewCache\\one.png")->isInUse = true;
+    stage.files.find(suite + L"PHOTO-PAINT\\PreviewCache\\three.png")->contents += "new";
+    stage.files.find(kStagedRoots[1] + L"\\CrashDumps")->type = EntryType::link;
+    const std::wstring backup = stage.newBackup();
+    const auto lines = CleanupLines(ExecuteCleanup(stage.world, plan, backup), backup);
+    const std::vector<std::wstring> expected = {
+        L"[Cleanup] Failed to move " + kStagedRoots[1] +
+            L"\\CrashDumps\\CorelDRW.exe.4711.dmp: a link stands on the way to it",
+        L"[Cleanup] Crash reports: 3 files moved, 237 bytes",
+        L"[Cleanup] Temporary files: 3 files moved, 87 bytes",
+        L"[Cleanup] Thumbnail caches: 2 files moved, 142 bytes; 2 in use, skipped",
+        L"[Cleanup] [WARN] 8 files (466 bytes) moved to " + backup + L"; 3 left in place",
+    };
+    EXPECT_EQ(joined(lines), joined(expected));
+}
+
+TEST(Cleanup, KeepsNoBackupWhenNothingCouldBeMoved) {
+    Stage stage;
+    const CleanupPlan plan = stage.plan();
+    for (const PlannedItem& item : plan.items)
+        if (!item.isFolder) stage.files.find(item.path)->isInUse = true;
+    stage.files.addFolder(kStagedRoots[2] + L"\\Corel\\an empty folder");
+    const Snapshot before = stage.profile();
+    stage.clean();
+    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_TRUE(ListBackups(stage.files, kNear, kCleanupBackup).empty());
+}
+
+TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
+    // 0: not even the list; then a little more each time, until all of it fits.
+    bool isWhole = false;
+    for (std::uint64_t room = 0; !isWhole; room = room * 5 / 4 + 5) {
+        Stage stage(kFar);
+        const Snapshot before = stage.profile();
+        stage.files.freeOnD = room;
+        const CleanupReport report = stage.clean();
+        isWhole = report.start.isDone() && !report.isDiskFull;
+        const auto lines = CleanupLines(report, L"B");
+        const auto isTold = [](const std::wstring& line) {
+            return line.find(L"Failed to") != std::wstring::npos &&
+                   line.find(L"disk") != std::wstring::npos;
+        };
+        EXPECT_EQ(std::ranges::any_of(lines, isTold), !isWhole) << joined(lines);
+        for (const auto& [path, node] : stage.files.snapshot(kFar))
+            EXPECT_FALSE(path.ends_with(L"part") || path.ends_with(L".new"));
+        RestoreNewestBackup(stage.world);
+        ASSERT_EQ(difference(stage.profile(), before), "") << room;
+    }
+}
+
+TEST(Cleanup, AsksOnlyWhenThereIsSomethingAndMovesOnlyAfterYes) {
+    Stage stage;
+    std::vector<std::wstring> log, questions;
+    bool answer = false;
+    const Shell shell = {[&](std::wstring line) { log.push_back(std::move(line)); },
+                         [&](const std::wstring& text, const std::wstring&, ConfirmStyle style) {
+                             EXPECT_EQ(style, ConfirmStyle::warning);
+                             questions.push_back(text);
+                             return answer;
+                         },
+                         [](std::wstring) {}};
+    const Snapshot before = stage.profile();
+    OnCleanup(shell, stage.world);
+    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_EQ(log, std::vector<std::wstring>{L"[Cleanup] Cancelled, nothing was moved."});
+
+    stage.isCorelRunning = answer = true;
+    OnCleanup(shell, stage.world);
+    ASSERT_EQ(questions.size(), 2U);
+    EXPECT_EQ(questions[0].find(L"running"), std::wstring::npos);
+    EXPECT_NE(questions[1].find(L"running"), std::wstring::npos);
+    EXPECT_EQ(log.size(), 5U);
+
+    OnCleanup(shell, stage.world);
+    EXPECT_EQ(questions.size(), 2U);
+    EXPECT_TRUE(log.back().starts_with(L"[Cleanup] Nothing to clean up"));
+}
+
+TEST(Restore, LeavesWhatIsNewerInPlaceAndSaysSo) {
+    Stage stage;
+    const std::wstring backup = stage.newBackup();
+    stage.clean();
+    const std::wstring taken = kStagedRoots[2] + L"\\CDR1F3.tmp";
+    const std::wstring linked = kStagedRoots[1] + L"\\Microsoft\\Windows\\WER\\ReportQueue";
+    stage.files.add(taken, "newer");
+    stage.files.find(linked)->type = EntryType::link;
+    for (int i = 0; i < 2; ++i) {
+        const RestoreReport report = RestoreNewestBackup(stage.world);
+        EXPECT_EQ(report.restored.files, i == 0 ? 9U : 0U);
+        EXPECT_EQ(report.kept, std::vector<std::wstring>{taken});
+        ASSERT_EQ(report.failures.size(), 1U);
+        EXPECT_EQ(report.failures[0].reason.outcome, FileOutcome::link);
+        EXPECT_EQ(RestoreLines(report).size(), 3U);
+        EXPECT_TRUE(RestoreLines(report).back().ends_with(backup + L"; 2 files stay there"));
+    }
+    EXPECT_EQ(stage.files.find(taken)->contents, "newer");
+    EXPECT_EQ(stage.files.snapshot(linked).size(), 0U) << "something went through the link";
+    EXPECT_NE(stage.files.find(backup + LR"(\files\TEMP\CDR1F3.tmp)"), nullptr);
+}
+
+TEST(Restore, TakesTheNewestBackupThatHoldsSomething) {
+    Stage stage;
+    const std::wstring first = stage.newBackup();
+    stage.clean();
+    stage.files.add(kStagedRoots[2] + L"\\CDR2.tmp", "second");
+    const std::wstring second = stage.newBackup();
+    EXPECT_EQ(second, first + L"-2");
+    stage.clean();
+    // One that a kill left without a list, and folders of somebody else.
+    stage.files.addFolder(kNear + L"\\backups\\cleanup_2999-01-01_00-00-00");
+    stage.files.addFolder(kNear + L"\\backups\\cleanup_2999-01-01");
+    stage.files.addFolder(kNear + L"\\backups\\settings_2999-01-01_00-00-00");
+    EXPECT_EQ(RestoreNewestBackup(stage.world).backupFolder, second);
+    EXPECT_EQ(RestoreNewestBackup(stage.world).backupFolder, first);
+    EXPECT_EQ(stage.files.snapshot(kNear + L"\\backups").size(), 2U);
+}
+
+TEST(Restore, TouchesNothingWhenTheListIsDamagedOrGone) {
+    for (const bool isGone : {false, true}) {
+        Stage stage;
+        const std::wstring backup = stage.newBackup();
+        stage.clean();
+        const std::wstring manifest = backup + L"\\manifest.json";
+        if (isGone)
+            stage.files.remove(manifest, nullptr);
+        else
+            stage.files.find(manifest)->contents.resize(500);
+        const auto before = stage.files.snapshot(L"C:");
+        const auto lines = RestoreLines(RestoreNewestBackup(stage.world));
+        EXPECT_EQ(difference(stage.files.snapshot(L"C:"), before), "");
+        ASSERT_EQ(lines.size(), 1U);
+        EXPECT_TRUE(lines[0].starts_with(L"[Restore] Failed: the list of the backup " + backup));
+    }
+}
+
+TEST(Restore, KeepsABackupThatHoldsMoreThanItsList) {
+    Stage stage;
+    const std::wstring backup = stage.newBackup();
+    stage.clean();
+    stage.files.add(backup + L"\\files\\mine.txt", "mine");
+    const RestoreReport report = RestoreNewestBackup(stage.world);
+    EXPECT_EQ(report.restored.files, kStagedCleaned);
+    EXPECT_FALSE(report.isEmptied);
+    EXPECT_NE(stage.files.find(backup + L"\\files\\mine.txt"), nullptr);
+    EXPECT_TRUE(RestoreNewestBackup(stage.world).backupFolder.empty());
+}
+
+TEST(BackupFolders, AreOrderedByDateAndNumber) {
+    FakeFileSystem files;
+    const FileTicks now = 133'500'000'000'000'000;
+    const std::wstring today = DatedName(now);
+    const std::wstring backups = kNear + L"\\backups\\";
+    EXPECT_EQ(NewBackupFolder(files, kNear, kCleanupBackup, now), backups + L"cleanup_" + today);
+    for (const wchar_t* suffix : {L"-9", L"-10", L"-2", L"", L"-x", L"-", L"x", L"-1234567"})
+        files.addFolder(backups + L"cleanup_" + today + suffix);
+    files.add(backups + L"cleanup_2999-01-01_00-00-00", "a file");
+    const std::vector<std::wstring> expected = {L"cleanup_" + today + L"-10",
+                                                L"cleanup_" + today + L"-9",
+                                                L"cleanup_" + today + L"-2", L"cleanup_" + today};
+    EXPECT_EQ(ListBackups(files, kNear, kCleanupBackup), expected);
+    // The clock was set back by a day: the new backup still is the newest.
+    const FileTicks yesterday = now - 86'400 * kTicksPerSecond;
+    EXPECT_EQ(NewBackupFolder(files, kNear, kCleanupBackup, yesterday),
+              backups + L"cleanup_" + today + L"-11");
+}
