@@ -21,4 +21,8 @@ struct Standing {
 /// first one's time in the same round: above 1, the first contender is faster.
 std::vector<Standing> measure(const std::vector<Contender>& contenders, int rounds);
 
+/// Runs one contender once, inside a function that callgrind finds by its name, `countedRun`. The
+/// program's exit code.
+int runOnce(const std::vector<Contender>& contenders, const std::string& name);
+
 double geometricMean(const std::vector<double>& values);
