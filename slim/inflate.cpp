@@ -1,205 +1,498 @@
-// Decoding by RFC 1951, one bit at a time.
+// Two loops decode the symbols of a block. The fast one runs while so much input and output remain
+// that neither can end within one of its rounds, and therefore checks for neither. The careful one
+// decodes the rest and is the only one that can find an end. Both keep the order in which a reader
+// of single bits would meet what is wrong.
 #include "slim/inflate.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <cstring>
+#include <iterator>
+#include <limits>
+
+#include "slim/inflate_tables.h"
+
+#if defined(__x86_64__) && !defined(MIRELO_PORTABLE)
+#define MIRELO_INFLATE_BMI 1
+#endif
+
+// The fast loop must be compiled once for each kind of processor, not shared between them.
+#define MIRELO_ALWAYS_INLINE inline __attribute__((always_inline))
+#define MIRELO_INLINE_LAMBDA __attribute__((always_inline))
 
 namespace {
 
-constexpr std::uint8_t kCodeLengthOrder[19] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                               11, 4,  12, 3, 13, 2, 14, 1, 15};
-constexpr std::uint16_t kLengthBase[29] = {3,  4,  5,  6,   7,   8,   9,   10,  11, 13,
-                                           15, 17, 19, 23,  27,  31,  35,  43,  51, 59,
-                                           67, 83, 99, 115, 131, 163, 195, 227, 258};
-constexpr std::uint8_t kLengthExtra[29] = {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2,
-                                           2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 0};
-constexpr std::uint16_t kDistanceBase[30] = {
-    1,   2,   3,   4,   5,   7,    9,    13,   17,   25,   33,   49,   65,    97,    129,
-    193, 257, 385, 513, 769, 1025, 1537, 2049, 3073, 4097, 6145, 8193, 12289, 16385, 24577};
-constexpr std::uint8_t kDistanceExtra[30] = {0, 0, 0, 0, 1, 1, 2, 2,  3,  3,  4,  4,  5,  5,  6,
-                                             6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 12, 12, 13, 13};
+using inflate::CodeShape;
+using inflate::DistanceEntry;
+using inflate::dropBits;
+using inflate::Entry;
 
-struct InputExhausted {};
+static_assert(std::endian::native == std::endian::little);
 
-struct Code {
-    std::array<int, 16> counts{};
-    std::array<int, 288> symbols{};
+enum Result {
+    kSuccess = 0,
+    kOutputFull = 1,
+    kInputExhausted = 2,
+    kBadBlockType = -1,
+    kBadStoredLength = -2,
+    kTooManyCodes = -3,
+    kBadCodeLengthCode = -4,
+    kNothingToRepeat = -5,
+    kTooManyLengths = -6,
+    kBadLiteralCode = -7,
+    kBadDistanceCode = -8,
+    kNoEndOfBlock = -9,
+    kBadSymbol = -10,
+    kTooFarBack = -11,
 };
 
-// 0 for a complete code, negative for an over-subscribed and positive for an incomplete one.
-int build(Code& code, const int* lengths, int count) {
-    code = {};
-    for (int i = 0; i < count; ++i)
-        ++code.counts[static_cast<std::size_t>(lengths[i])];
-    int left = 1;
-    for (std::size_t length = 1; length <= 15; ++length) {
-        left = 2 * left - code.counts[length];
-        if (left < 0) return left;
-    }
-    std::size_t next = 0;
-    for (int length = 1; length <= 15; ++length) {
-        for (int i = 0; i < count; ++i) {
-            if (lengths[i] == length) code.symbols[next++] = i;
-        }
-    }
-    return left;
-}
+// `buffer` holds the next `count` bits, least significant first. Above them are zeros or already
+// the bits that follow, so that those may be ORed in again.
+struct BitReader {
+    std::uint64_t buffer;
+    unsigned count;
+    const std::uint8_t* next;
+    const std::uint8_t* end;
+};
 
-bool isSingleBitCode(const Code& code, int count) {
-    return code.counts[0] == count - 1 && code.counts[1] == 1;
-}
-
-struct Decoder {
-    std::uint8_t* dest;
+struct Stream {
+    BitReader bits;
+    std::uint8_t* dest;  // null: nothing is written
     std::size_t capacity;
-    const std::uint8_t* source;
-    std::size_t sourceLen;
-    std::size_t produced = 0;
-    std::size_t bitPosition = 0;
-    Code lengthCode{};
-    Code distanceCode{};
-
-    int bits(int count) {
-        int value = 0;
-        for (int i = 0; i < count; ++i, ++bitPosition) {
-            if (bitPosition / 8 >= sourceLen) throw InputExhausted();
-            value |= ((source[bitPosition / 8] >> (bitPosition % 8)) & 1) << i;
-        }
-        return value;
-    }
-
-    int symbol(const Code& code) {
-        int value = 0, first = 0, index = 0;
-        for (std::size_t length = 1; length <= 15; ++length) {
-            value |= bits(1);
-            const int count = code.counts[length];
-            if (value - first < count)
-                return code.symbols[static_cast<std::size_t>(index + value - first)];
-            index += count;
-            first = (first + count) * 2;
-            value *= 2;
-        }
-        return -10;
-    }
-
-    int stored() {
-        bitPosition = (bitPosition + 7) / 8 * 8;
-        std::size_t position = bitPosition / 8;
-        if (sourceLen - position < 4) return 2;
-        const std::uint8_t* header = source + position;
-        bitPosition += 32;
-        if ((header[0] ^ header[2]) != 0xFF || (header[1] ^ header[3]) != 0xFF) return -2;
-        const std::size_t length = static_cast<std::size_t>(header[0] | header[1] << 8);
-        position += 4;
-        if (sourceLen - position < length) return 2;
-        if (dest && capacity - produced < length) return 1;
-        if (dest && length) std::memcpy(dest + produced, source + position, length);
-        produced += length;
-        bitPosition += 8 * length;
-        return 0;
-    }
-
-    void fixedCodes() {
-        int lengths[288];
-        for (int i = 0; i < 288; ++i)
-            lengths[i] = i < 144 ? 8 : i < 256 ? 9 : i < 280 ? 7 : 8;
-        build(lengthCode, lengths, 288);
-        for (int i = 0; i < 30; ++i)
-            lengths[i] = 5;
-        build(distanceCode, lengths, 30);
-    }
-
-    int dynamicCodes() {
-        const int lengthCount = bits(5) + 257;
-        const int distanceCount = bits(5) + 1;
-        const int codeLengthCount = bits(4) + 4;
-        if (lengthCount > 286 || distanceCount > 30) return -3;
-        int lengths[320] = {};
-        for (int i = 0; i < codeLengthCount; ++i)
-            lengths[kCodeLengthOrder[i]] = bits(3);
-        if (build(lengthCode, lengths, 19) != 0) return -4;
-        for (int i = 0; i < lengthCount + distanceCount;) {
-            const int code = symbol(lengthCode);
-            if (code < 16) {
-                lengths[i++] = code;
-                continue;
-            }
-            if (code == 16 && i == 0) return -5;
-            const int length = code == 16 ? lengths[i - 1] : 0;
-            int repeat = code == 16 ? bits(2) + 3 : code == 17 ? bits(3) + 3 : bits(7) + 11;
-            if (i + repeat > lengthCount + distanceCount) return -6;
-            while (repeat--)
-                lengths[i++] = length;
-        }
-        if (lengths[256] == 0) return -9;
-        const int lengthState = build(lengthCode, lengths, lengthCount);
-        if (lengthState < 0 || (lengthState > 0 && !isSingleBitCode(lengthCode, lengthCount)))
-            return -7;
-        const int distanceState = build(distanceCode, lengths + lengthCount, distanceCount);
-        const bool sparse =
-            isSingleBitCode(distanceCode, distanceCount) || distanceCode.counts[0] == distanceCount;
-        return distanceState < 0 || (distanceState > 0 && !sparse) ? -8 : 0;
-    }
-
-    int match(int lengthSymbol) {
-        if (lengthSymbol >= 29) return -10;
-        const auto row = static_cast<std::size_t>(lengthSymbol);
-        const auto length = static_cast<std::size_t>(kLengthBase[row] + bits(kLengthExtra[row]));
-        const int distanceSymbol = symbol(distanceCode);
-        if (distanceSymbol < 0) return distanceSymbol;
-        const auto column = static_cast<std::size_t>(distanceSymbol);
-        const auto distance =
-            static_cast<std::size_t>(kDistanceBase[column] + bits(kDistanceExtra[column]));
-        if (distance > produced) return -11;
-        if (dest && capacity - produced < length) return 1;
-        for (std::size_t i = 0; dest && i < length; ++i)
-            dest[produced + i] = dest[produced + i - distance];
-        produced += length;
-        return 0;
-    }
-
-    int compressed() {
-        for (;;) {
-            const int code = symbol(lengthCode);
-            if (code < 0 || code == 256) return code < 0 ? code : 0;
-            if (code > 256) {
-                const int result = match(code - 257);
-                if (result != 0) return result;
-                continue;
-            }
-            if (dest && produced == capacity) return 1;
-            if (dest) dest[produced] = static_cast<std::uint8_t>(code);
-            ++produced;
-        }
-    }
-
-    int blocks() {
-        for (;;) {
-            const bool last = bits(1) != 0;
-            const int type = bits(2);
-            if (type == 3) return -1;
-            int result = 0;
-            if (type == 1) fixedCodes();
-            if (type == 2) result = dynamicCodes();
-            if (result == 0) result = type == 0 ? stored() : compressed();
-            if (result != 0 || last) return result;
-        }
-    }
+    std::size_t produced;
 };
+
+MIRELO_ALWAYS_INLINE std::uint64_t load64(const std::uint8_t* from) {
+    std::uint64_t word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+}
+
+MIRELO_ALWAYS_INLINE void store64(std::uint8_t* to, std::uint64_t word) {
+    std::memcpy(to, &word, sizeof word);
+}
+
+// To at least 56 bits, without a branch; eight bytes must be left. Of `count` only the lowest six
+// bits are looked at.
+MIRELO_ALWAYS_INLINE void refillWord(BitReader& bits) {
+    bits.buffer |= load64(bits.next) << (bits.count & 63);
+    bits.next += 7 - ((bits.count >> 3) & 7);
+    bits.count |= 56;
+}
+
+void refillBytes(BitReader& bits) {
+    while (bits.count < 56 && bits.next != bits.end) {
+        bits.buffer |= std::uint64_t{*bits.next++} << bits.count;
+        bits.count += 8;
+    }
+}
+
+// To at least `needed` bits, 56 at most, or all that are left.
+inline void refill(BitReader& bits, unsigned needed) {
+    if (bits.count >= needed) return;
+    if (bits.end - bits.next >= 8) {
+        refillWord(bits);
+    } else {
+        refillBytes(bits);
+    }
+}
+
+MIRELO_ALWAYS_INLINE void drop(BitReader& bits, unsigned count) {
+    bits.buffer >>= count;
+    bits.count -= count;
+}
+
+// The next `count` bits, which must be there.
+inline unsigned take(BitReader& bits, unsigned count) {
+    const auto taken = static_cast<unsigned>(bits.buffer & ((1U << count) - 1));
+    drop(bits, count);
+    return taken;
+}
+
+// The first byte of which no bit has been taken.
+const std::uint8_t* unread(const BitReader& bits) {
+    return bits.next - bits.count / 8;
+}
+
+// Compilers find neither of these two instructions by themselves.
+
+// Of `count` only the lowest eight bits are looked at, which must be less than 64.
+template <bool hasBmi>
+MIRELO_ALWAYS_INLINE std::uint64_t lowBits(std::uint64_t word, std::uint64_t count) {
+#if defined(MIRELO_INFLATE_BMI)
+    if constexpr (hasBmi) {
+        std::uint64_t low;
+        __asm__("bzhi %2, %1, %0" : "=r"(low) : "r"(word), "r"(count) : "cc");
+        return low;
+    }
+#endif
+    return word & ((1ULL << static_cast<std::uint8_t>(count)) - 1);
+}
+
+// The index of the symbol behind the one that `entry` decodes, in a table with so many root bits.
+template <bool hasBmi, unsigned rootBits>
+MIRELO_ALWAYS_INLINE std::uint64_t nextIndex(std::uint64_t buffer, std::uint64_t entry) {
+#if defined(MIRELO_INFLATE_BMI)
+    if constexpr (hasBmi) {
+        std::uint64_t index;
+        __asm__("bextr %2, %1, %0" : "=r"(index) : "r"(buffer), "r"(entry) : "cc");
+        return index;
+    }
+#endif
+    return (buffer >> static_cast<std::uint8_t>(entry)) & ((1U << rootBits) - 1);
+}
+
+// A base and the extra bits behind its code, in a buffer that still begins with the code.
+template <bool hasBmi, typename AnyEntry>
+MIRELO_ALWAYS_INLINE std::size_t rangeValue(AnyEntry entry, std::uint64_t buffer) {
+    return inflate::value(entry) + (lowBits<hasBmi>(buffer, entry) >> ((entry >> 25) & 63));
+}
+
+constexpr std::uint64_t repeated(unsigned period) {
+    std::uint64_t word = 0;
+    for (unsigned shift = 0; shift < 64; shift += 8 * period)
+        word |= 1ULL << shift;
+    return word;
+}
+
+struct Period {
+    std::uint64_t mask;      // one period
+    std::uint64_t repeater;  // times one period fills a word
+    unsigned phase;          // bits by which the second word begins later in the period
+    unsigned stride;         // whole periods in two words, in bytes
+};
+
+constexpr Period periodOf(unsigned bytes) {
+    return {(1ULL << 8 * bytes) - 1, repeated(bytes), 8 % bytes * 8, 16 / bytes * bytes};
+}
+
+constexpr Period kPeriods[] = {{},          periodOf(1), periodOf(2), periodOf(3),
+                               periodOf(4), periodOf(5), periodOf(6), periodOf(7)};
+
+// Repeats what lies less than a word behind. Reading it back from memory would wait for each store,
+// so the period is built in registers and only stored.
+MIRELO_ALWAYS_INLINE void repeatPeriod(std::uint8_t* out, std::size_t distance,
+                                       const std::uint8_t* end) {
+    const Period& period = kPeriods[distance];
+    const std::uint64_t first = (load64(out - distance) & period.mask) * period.repeater;
+    const std::uint64_t second = ((first >> period.phase) & period.mask) * period.repeater;
+    do {
+        store64(out, first);
+        store64(out + 8, second);
+        out += period.stride;
+    } while (out < end);
+}
+
+// What `copyMatch` may write beyond the match.
+constexpr std::ptrdiff_t kCopyOverrun = 24;
+
+MIRELO_ALWAYS_INLINE void copyThreeWords(std::uint8_t* to, const std::uint8_t* from) {
+    store64(to, load64(from));
+    store64(to + 8, load64(from + 8));
+    store64(to + 16, load64(from + 16));
+}
+
+MIRELO_ALWAYS_INLINE void copyMatch(std::uint8_t* out, std::size_t distance, std::size_t length) {
+    std::uint8_t* const end = out + length;
+    if (distance < 8) {
+        repeatPeriod(out, distance, end);
+        return;
+    }
+    copyThreeWords(out, out - distance);
+    if (length <= 24) return;
+    for (out += 24; out < end; out += 24)
+        copyThreeWords(out, out - distance);
+}
+
+int copyCarefully(Stream& stream, std::size_t distance, std::size_t length) {
+    if (distance > stream.produced) return kTooFarBack;
+    if (stream.capacity - stream.produced < length) return kOutputFull;
+    if (stream.dest != nullptr) {
+        std::uint8_t* out = stream.dest + stream.produced;
+        for (std::size_t i = 0; i < length; ++i)
+            out[i] = *(out + i - distance);
+    }
+    stream.produced += length;
+    return kSuccess;
+}
+
+// Two refills and two literals fit between the checks of the fast loop.
+constexpr std::ptrdiff_t kFastInput = 16;
+constexpr std::ptrdiff_t kFastOutput = 2 + kCopyOverrun;
+
+// Decodes until the end of the block, of the input or of the output is near. The entry of the next
+// symbol is fetched before anything is done with the present one: that chain is what decoding waits
+// for. Of the count of bits only the lowest six are meant, which spares cutting an entry to size.
+template <bool hasBmi>
+MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
+                                    const DistanceEntry* distances) {
+    BitReader bits = stream.bits;
+    std::uint8_t* const dest = stream.dest;
+    std::uint8_t* out = dest + stream.produced;
+    const std::uint8_t* const lastIn = bits.end - kFastInput;
+    const std::uint8_t* const lastOut = dest + stream.capacity - kFastOutput;
+    int result = kSuccess;
+
+    const auto nextLiteral = [&](std::uint64_t entry) MIRELO_INLINE_LAMBDA {
+        return literals[nextIndex<hasBmi, inflate::kLiteralRootBits>(bits.buffer, entry)];
+    };
+    const auto dropEntry = [&](std::uint64_t entry) MIRELO_INLINE_LAMBDA {
+        bits.buffer >>= static_cast<std::uint8_t>(entry);
+        bits.count -= static_cast<unsigned>(entry);
+    };
+    const auto putLiteral = [&](Entry& entry) MIRELO_INLINE_LAMBDA {
+        const Entry present = entry;
+        entry = nextLiteral(present);
+        dropEntry(present);
+        *out++ = static_cast<std::uint8_t>(present >> 16);
+    };
+
+    refillWord(bits);
+    Entry entry = literals[bits.buffer & ((1U << inflate::kLiteralRootBits) - 1)];
+    while (bits.next <= lastIn) {
+        refillWord(bits);
+        if (entry & inflate::kLiteral) {
+            putLiteral(entry);
+            if (entry & inflate::kLiteral) {
+                putLiteral(entry);
+                if (out > lastOut) break;
+                continue;
+            }
+            refillWord(bits);
+        }
+        if (entry & inflate::kRare) [[unlikely]] {
+            entry = inflate::lookUpLiteral(literals, bits.buffer);
+            if (entry & inflate::kRare) break;
+            if (entry & inflate::kLiteral) {
+                putLiteral(entry);
+                if (out > lastOut) break;
+                continue;
+            }
+        }
+        DistanceEntry far =
+            distances[nextIndex<hasBmi, inflate::kDistanceRootBits>(bits.buffer, entry)];
+        const std::size_t length = rangeValue<hasBmi>(entry, bits.buffer);
+        dropEntry(entry);
+        if (far & inflate::kRare) [[unlikely]] {
+            far = inflate::lookUpDistance(distances, bits.buffer);
+            if (far & inflate::kRare) {
+                dropEntry(far);
+                result = kBadSymbol;
+                break;
+            }
+        }
+        entry = nextLiteral(far);
+        const std::size_t distance = rangeValue<hasBmi>(far, bits.buffer);
+        dropEntry(far);
+        const bool isTooFar = reinterpret_cast<std::uintptr_t>(out) - distance <
+                              reinterpret_cast<std::uintptr_t>(dest);
+        const bool fits = lastOut - out >= static_cast<std::ptrdiff_t>(length);
+        if (isTooFar || !fits) [[unlikely]] {
+            stream.produced = static_cast<std::size_t>(out - dest);
+            result = copyCarefully(stream, distance, length);
+            out = dest + stream.produced;
+            break;
+        }
+        copyMatch(out, distance, length);
+        out += length;
+    }
+    bits.count &= 63;
+    stream.bits = bits;
+    stream.produced = static_cast<std::size_t>(out - dest);
+    return result;
+}
+
+int decodeFastPortable(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+    return decodeFast<false>(stream, literals, distances);
+}
+
+#if defined(MIRELO_INFLATE_BMI)
+__attribute__((target("bmi,bmi2"))) int decodeFastBmi(Stream& stream, const Entry* literals,
+                                                      const DistanceEntry* distances) {
+    return decodeFast<true>(stream, literals, distances);
+}
+
+bool hasBmi() {
+    static const bool has = [] {
+        __builtin_cpu_init();
+        return __builtin_cpu_supports("bmi") != 0 && __builtin_cpu_supports("bmi2") != 0;
+    }();
+    return has;
+}
+#endif
+
+int decodeFastIfRoom(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+    const bool room = stream.dest != nullptr && stream.bits.end - stream.bits.next >= kFastInput &&
+                      stream.capacity - stream.produced >= kFastOutput;
+    if (!room) return kSuccess;
+#if defined(MIRELO_INFLATE_BMI)
+    if (hasBmi()) return decodeFastBmi(stream, literals, distances);
+#endif
+    return decodeFastPortable(stream, literals, distances);
+}
+
+// A length and a distance with all their bits.
+constexpr unsigned kLongestMatchBits = 15 + 5 + 15 + 13;
+
+int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+    if (const int result = decodeFastIfRoom(stream, literals, distances); result != kSuccess) {
+        return result;
+    }
+    BitReader& bits = stream.bits;
+    for (;;) {
+        refill(bits, kLongestMatchBits);
+        const Entry entry = inflate::lookUpLiteral(literals, bits.buffer);
+        if (dropBits(entry) > bits.count) return kInputExhausted;
+        const std::size_t length = rangeValue<false>(entry, bits.buffer);
+        drop(bits, dropBits(entry));
+        if (entry & inflate::kLiteral) {
+            if (stream.produced == stream.capacity) return kOutputFull;
+            const auto byte = static_cast<std::uint8_t>(inflate::value(entry));
+            if (stream.dest != nullptr) stream.dest[stream.produced] = byte;
+            ++stream.produced;
+            continue;
+        }
+        if (entry & inflate::kRare) return entry & inflate::kEndOfBlock ? kSuccess : kBadSymbol;
+
+        const DistanceEntry far = inflate::lookUpDistance(distances, bits.buffer);
+        if (dropBits(far) > bits.count) return kInputExhausted;
+        const std::size_t distance = rangeValue<false>(far, bits.buffer);
+        drop(bits, dropBits(far));
+        if (far & inflate::kRare) return kBadSymbol;
+        if (const int result = copyCarefully(stream, distance, length); result != kSuccess) {
+            return result;
+        }
+    }
+}
+
+// The lengths of the two codes, one after the other, themselves coded.
+int readLengths(BitReader& bits, const Entry* codeLengths, std::uint8_t* lengths,
+                std::size_t count) {
+    constexpr std::uint8_t kBase[] = {3, 3, 11};
+    constexpr std::uint8_t kExtraBits[] = {2, 3, 7};
+    std::size_t filled = 0;
+    while (filled < count) {
+        refill(bits, 7 + 7);
+        const Entry entry = inflate::lookUp<inflate::kCodeLengthRootBits>(codeLengths, bits.buffer);
+        if (dropBits(entry) > bits.count) return kInputExhausted;
+        drop(bits, dropBits(entry));
+        const unsigned symbol = inflate::value(entry);
+        if (symbol < 16) {
+            lengths[filled++] = static_cast<std::uint8_t>(symbol);
+            continue;
+        }
+        if (symbol == 16 && filled == 0) return kNothingToRepeat;
+        const std::uint8_t length = symbol == 16 ? lengths[filled - 1] : std::uint8_t{0};
+        if (kExtraBits[symbol - 16] > bits.count) return kInputExhausted;
+        const std::size_t repeat = kBase[symbol - 16] + take(bits, kExtraBits[symbol - 16]);
+        if (repeat > count - filled) return kTooManyLengths;
+        std::fill_n(lengths + filled, repeat, length);
+        filled += repeat;
+    }
+    return kSuccess;
+}
+
+int readCodeLengthCode(BitReader& bits, std::size_t count, Entry* table) {
+    constexpr std::uint8_t kOrder[] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                       11, 4,  12, 3, 13, 2, 14, 1, 15};
+    std::uint8_t lengths[std::size(kOrder)] = {};
+    for (std::size_t i = 0; i < count; ++i) {
+        refill(bits, 3);
+        if (bits.count < 3) return kInputExhausted;
+        lengths[kOrder[i]] = static_cast<std::uint8_t>(take(bits, 3));
+    }
+    const CodeShape shape = inflate::buildCodeLengthTable(table, lengths, std::size(lengths));
+    return shape == CodeShape::complete ? kSuccess : kBadCodeLengthCode;
+}
+
+int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances) {
+    refill(bits, 14);
+    if (bits.count < 14) return kInputExhausted;
+    const std::size_t literalCount = take(bits, 5) + 257;
+    const std::size_t distanceCount = take(bits, 5) + 1;
+    const std::size_t codeLengthCount = take(bits, 4) + 4;
+    if (literalCount > 286 || distanceCount > 30) return kTooManyCodes;
+
+    Entry codeLengths[inflate::kCodeLengthTableSize];
+    int result = readCodeLengthCode(bits, codeLengthCount, codeLengths);
+    if (result != kSuccess) return result;
+    std::uint8_t lengths[286 + 30];
+    result = readLengths(bits, codeLengths, lengths, literalCount + distanceCount);
+    if (result != kSuccess) return result;
+    if (lengths[256] == 0) return kNoEndOfBlock;
+
+    switch (inflate::buildLiteralTable(literals, lengths, literalCount)) {
+        case CodeShape::complete:
+        case CodeShape::single:
+            break;
+        default:
+            return kBadLiteralCode;
+    }
+    switch (inflate::buildDistanceTable(distances, lengths + literalCount, distanceCount)) {
+        case CodeShape::complete:
+        case CodeShape::single:
+        case CodeShape::empty:
+            return kSuccess;
+        default:
+            return kBadDistanceCode;
+    }
+}
+
+int decodeDynamicBlock(Stream& stream) {
+    Entry literals[inflate::kLiteralTableSize];
+    DistanceEntry distances[inflate::kDistanceTableSize];
+    const int result = readDynamicCodes(stream.bits, literals, distances);
+    return result != kSuccess ? result : decodeSymbols(stream, literals, distances);
+}
+
+int copyStoredBlock(Stream& stream) {
+    BitReader& bits = stream.bits;
+    bits = {0, 0, unread(bits), bits.end};
+    if (bits.end - bits.next < 4) return kInputExhausted;
+    const std::size_t length = bits.next[0] + 256U * bits.next[1];
+    const std::size_t complement = bits.next[2] + 256U * bits.next[3];
+    bits.next += 4;
+    if ((length ^ complement) != 0xFFFF) return kBadStoredLength;
+    if (static_cast<std::size_t>(bits.end - bits.next) < length) return kInputExhausted;
+    if (stream.capacity - stream.produced < length) return kOutputFull;
+    if (stream.dest != nullptr) std::copy_n(bits.next, length, stream.dest + stream.produced);
+    bits.next += length;
+    stream.produced += length;
+    return kSuccess;
+}
+
+int decodeBlocks(Stream& stream) {
+    for (;;) {
+        refill(stream.bits, 3);
+        if (stream.bits.count < 3) return kInputExhausted;
+        const bool isLast = take(stream.bits, 1) != 0;
+        int result = kBadBlockType;
+        switch (take(stream.bits, 2)) {
+            case 0:
+                result = copyStoredBlock(stream);
+                break;
+            case 1:
+                result = decodeSymbols(stream, inflate::kFixedLiterals, inflate::kFixedDistances);
+                break;
+            case 2:
+                result = decodeDynamicBlock(stream);
+                break;
+        }
+        if (result != kSuccess || isLast) return result;
+    }
+}
 
 }  // namespace
 
 int inflateRaw(std::uint8_t* dest, std::size_t* destLen, const std::uint8_t* source,
                std::size_t* sourceLen) {
-    Decoder decoder{dest, *destLen, source, *sourceLen};
-    int result = 2;
-    try {
-        result = decoder.blocks();
-    } catch (const InputExhausted&) {
-    }
+    const std::size_t capacity =
+        dest != nullptr ? *destLen : std::numeric_limits<std::size_t>::max();
+    Stream stream = {{0, 0, source, source + *sourceLen}, dest, capacity, 0};
+    const int result = decodeBlocks(stream);
     if (result <= 0) {
-        *destLen = decoder.produced;
-        *sourceLen = (decoder.bitPosition + 7) / 8;
+        *destLen = stream.produced;
+        *sourceLen = static_cast<std::size_t>(unread(stream.bits) - source);
     }
     return result;
 }

@@ -8,7 +8,7 @@
 
 #include "base/text.h"
 #include "cloud/json.h"
-#include "fuzz/cloud/require.h"
+#include "fuzz/require.h"
 
 #if __has_include(<nlohmann/json.hpp>)
 #include <nlohmann/json.hpp>

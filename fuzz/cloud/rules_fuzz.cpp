@@ -12,7 +12,7 @@
 #include "diagnosis/capture_action.h"
 #include "diagnosis/match.h"
 #include "diagnosis/rules.h"
-#include "fuzz/cloud/require.h"
+#include "fuzz/require.h"
 
 namespace {
 

@@ -135,6 +135,18 @@ class SlimFiles(unittest.TestCase):
         self.assertEqual(backups(path), [])
 
     @unittest.skipUnless(WINE, "Windows only")
+    def test_file_that_cannot_be_written(self):
+        # Even root cannot write to a file that is mounted read-only.
+        path = self.sample(folder=self.mount("1m"))
+        original = path.read_bytes()
+        as_root("mount", "--bind", path, path)
+        self.addCleanup(as_root, "umount", "-l", path)
+        as_root("mount", "-o", "remount,bind,ro", path)
+        self.assertIn(WRITE_FAILED, slim(native(path))[1])
+        self.assertEqual(path.read_bytes(), original)
+        self.assertEqual(backups(path)[0].read_bytes(), original)
+
+    @unittest.skipUnless(WINE, "Windows only")
     def test_network_paths_short_and_long(self):
         prefix = os.environ.get("MIRELO_WINEPREFIX") or str(pathlib.Path(WINE).parent.parent / "build/wineprefix")
         share = pathlib.Path(prefix) / "dosdevices/unc/mirelo-test" / self.folder.name

@@ -112,6 +112,9 @@ TEST_F(SlimFilesWin, ShortensAFileToItsNewContents) {
 TEST_F(SlimFilesWin, LeavesAReadOnlyFileAndItsBackup) {
     const std::wstring path = make(L"plan.cdr", document_);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    const FileHandle writable(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (writable) GTEST_SKIP() << "Wine lets root write to read-only files";
     EXPECT_EQ(slim(path).message,
               L"Failed to write back (file may be held by CDR). Backup kept: " + backupOf(path));
     EXPECT_EQ(read(path), document_);

@@ -125,7 +125,7 @@ std::vector<Entry> readZip(const Bytes& file) {
 Bytes inflated(const Entry& entry) {
     if (entry.method == 0) return entry.data;
     if (entry.method != 8 || entry.data.size() != entry.compressedSize) return {};
-    Bytes out(std::min<std::size_t>(entry.uncompressedSize, 1 << 24));
+    Bytes out(std::min<std::size_t>(entry.uncompressedSize, entry.data.size() * 1032));
     if (out.empty()) return out;
     z_stream stream{};
     inflateInit2(&stream, -15);
