@@ -35,6 +35,8 @@ void listLocation(FileSystem& files, const std::wstring& root, const CleanupLoca
 // Upper bounds for what a manifest says beside the paths.
 constexpr std::size_t kFrameBytes = 256;
 constexpr std::size_t kEntryBytes = 320;
+// A path stands there twice, in UTF-8 and with its backslashes doubled.
+constexpr std::size_t kPathBytesPerUnit = 8;
 
 bool isTaken(const ListedItem& item) {
     if (item.type == EntryType::link || !CanBeRecorded(item.relative)) return false;
@@ -88,7 +90,7 @@ CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots
         std::wstring path = roots[rootIndex] + L"\\" + item.relative;
         if (!seen.insert(lowered(path)).second) continue;
         // The path stands there twice, in UTF-8 and with its backslashes doubled.
-        const std::size_t needed = kEntryBytes + std::size_t{2 * 4} * path.size();
+        const std::size_t needed = kEntryBytes + kPathBytesPerUnit * path.size();
         if (needed > room) break;
         room -= needed;
         const bool isFolder = item.type == EntryType::folder;
