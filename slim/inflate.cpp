@@ -416,7 +416,7 @@ int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances)
     Entry codeLengths[inflate::kCodeLengthTableSize];
     int result = readCodeLengthCode(bits, codeLengthCount, codeLengths);
     if (result != kSuccess) return result;
-    std::uint8_t lengths[286 + 30];
+    std::uint8_t lengths[286 + 30] = {};
     result = readLengths(bits, codeLengths, lengths, literalCount + distanceCount);
     if (result != kSuccess) return result;
     if (lengths[256] == 0) return kNoEndOfBlock;
