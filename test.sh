@@ -19,4 +19,4 @@ read -r -t 30 number <&"$display"
 export DISPLAY=":$number"
 
 printf 'subdirs("native" "windows")\n' > build/CTestTestfile.cmake
-ctest --test-dir build --output-on-failure ${1:+-R "$1"}
+ctest --test-dir build --parallel 2 --output-on-failure ${1:+-R "$1"}
