@@ -287,6 +287,15 @@ class Mirelo:
         self.click(REFRESH)
         self.count_instances()
 
+    def choose_files(self, folder, *names):
+        """Answers the file dialog: the folder first, then the names."""
+        title = r"^Select CDR files to slim"
+        box = wait_for(lambda: self.desktop.windows(title), "the file dialog")[0]
+        for text in (windows_path(folder), " ".join(f'"{name}"' for name in names)):
+            self.desktop.run("xdotool", "windowfocus", "--sync", box, "type", "--delay", "20", text)
+            self.desktop.run("xdotool", "key", "Return")
+        wait_for(lambda: not self.desktop.windows(title), "the end of the file dialog")
+
     def answer(self, title, key):
         """Answers a message box by its key, "y" or "n", and waits until it is gone."""
         box = wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")[0]

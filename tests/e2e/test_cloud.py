@@ -1,53 +1,22 @@
 """The Cloud page against a real HTTPS server on this machine, whose certificate nobody signed."""
 
-import json
-import pathlib
-import sys
-
 import pytest
 
-from driver import BUILD, CAPTURE, CLOUD_TAB, DIAGNOSE_TAB, NETWORK, SUBMIT, UPDATE, wait_for
+from driver import CAPTURE, CLOUD_TAB, DIAGNOSE_TAB, NETWORK, SUBMIT, UPDATE, wait_for
+from signature_server import PROGRAM, rule, rule_document, signature_server
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "cloud" / "https_e2e"))
-from servers import Nginx, make_certificate  # noqa: E402
-
-LOCAL = BUILD / "tests" / "mirelo_local.exe"
-KEY = r"HKCU\Software\Mirelo"
 SWITCHED = ". Signature updates and submissions stop; local features are unaffected."
-
-
-def rule(ident, title, category="third_party"):
-    return {"id": ident, "category": category, "module": "screenhook", "title": title, "severity": "high",
-            "advice": "Close the capture tool."}
-
-
-class Server(Nginx):
-    def __init__(self, folder):
-        super().__init__(folder, {"good": make_certificate(folder, "good", subject="nobody.example")}, port=443)
-        self.document = self.www / "api" / "mirelo" / "signatures.php"
-        self.document.parent.mkdir(parents=True)
-
-    def offer(self, text):
-        self.document.write_text(text)
-
-    def offer_rules(self, version, *rules):
-        self.offer(json.dumps({"version": version, "rules": rules}))
 
 
 @pytest.fixture
 def server(tmp_path, wine):
-    wine.delete_registry(KEY)
-    (wine.tool_folder / "signatures.cache.json").unlink(missing_ok=True)
-    nginx = Server(tmp_path)
-    yield nginx
-    nginx.close()
-    wine.delete_registry(KEY)
-    (wine.tool_folder / "signatures.cache.json").unlink(missing_ok=True)
+    with signature_server(tmp_path, wine) as running:
+        yield running
 
 
 def test_rules_arrive_in_the_background_and_on_request(server, wine, mirelo):
-    server.offer_rules(7, rule("hook-001", "Stuck in a screen-capture hook"))
-    app = mirelo(program=LOCAL)
+    server.offer(rule_document(7, rule("hook-001", "Stuck in a screen-capture hook")))
+    app = mirelo(program=PROGRAM)
     report = app.wait_for_report("hot-updated")
     assert "[Signatures] 0 (4 rules)" in report
     assert "[Cloud] Signatures hot-updated to v7 in background (5 rules)." in report
@@ -55,7 +24,7 @@ def test_rules_arrive_in_the_background_and_on_request(server, wine, mirelo):
     assert cache.read_bytes() == server.document.read_bytes()
 
     app.show(CLOUD_TAB)
-    server.offer_rules(8, rule("hook-001", "Stuck in a hook"), rule("hook-002", "Another"))
+    server.offer(rule_document(8, rule("hook-001", "Stuck in a hook"), rule("hook-002", "Another")))
     app.click(UPDATE)
     app.wait_for_report("[Cloud] Signatures updated to v8 (6 rules)")
     newest = cache.read_bytes()
@@ -70,14 +39,14 @@ def test_rules_arrive_in_the_background_and_on_request(server, wine, mirelo):
     assert cache.read_bytes() == newest
     app.close()
 
-    again = mirelo(program=LOCAL)
+    again = mirelo(program=PROGRAM)
     assert "[Signatures] 8 (6 rules)" in again.report()
 
 
 def test_a_delivered_rule_explains_and_a_capture_is_submitted(server, practice, mirelo):
-    server.offer_rules(7, rule("hook-001", "Stuck in a screen-capture hook"))
+    server.offer(rule_document(7, rule("hook-001", "Stuck in a screen-capture hook")))
     practice("third-party")
-    app = mirelo(program=LOCAL)
+    app = mirelo(program=PROGRAM)
     app.wait_for_report("hot-updated")
     app.show(CLOUD_TAB)
     app.click(SUBMIT)
@@ -92,17 +61,17 @@ def test_a_delivered_rule_explains_and_a_capture_is_submitted(server, practice, 
     app.click(SUBMIT)
     app.answer("Anonymous Submission", "n")
     assert "Anonymously submitted" not in app.report()
-    assert not [line for line in server.requests() if "POST" in line]
+    assert not server.submissions()
     app.click(SUBMIT)
     app.answer("Anonymous Submission", "y")
     assert " frame signatures, thanks!" in app.wait_for_report("[Submit] Anonymously submitted ")
-    assert [line for line in server.requests() if "POST /api/mirelo/submit.php" in line]
+    assert len(server.submissions()) == 1
 
 
 def test_with_the_network_off_nothing_is_asked(server, wine, practice, mirelo):
-    server.offer_rules(7, rule("hook-001", "Stuck in a screen-capture hook"))
+    server.offer(rule_document(7, rule("hook-001", "Stuck in a screen-capture hook")))
     practice("own-code")
-    app = mirelo(program=LOCAL)
+    app = mirelo(program=PROGRAM)
     app.wait_for_report("hot-updated")
     app.click(CAPTURE)
     app.wait_for_report("--- Top 8 frames ---")
@@ -118,7 +87,7 @@ def test_with_the_network_off_nothing_is_asked(server, wine, practice, mirelo):
     app.wait_for_report("[Submit] Network disabled, cannot submit")
     app.close()
 
-    again = mirelo(program=LOCAL)
+    again = mirelo(program=PROGRAM)
     assert "[Signatures] 7 (5 rules)" in again.report() and "[Cloud]" not in again.report()
     again.show(CLOUD_TAB)
     again.click(NETWORK)

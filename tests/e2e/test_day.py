@@ -1,0 +1,153 @@
+"""A working day in one process: every page, every button, and what is left afterwards on disk, in the registry and
+of the default printer."""
+
+import subprocess
+import zipfile
+
+from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
+                    PRINTER, RESTORE, ROOT, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for)
+from signature_server import PROGRAM, rule, rule_document, signature_server
+
+PLUGIN = ["[Stuck in a third-party plugin] (severity: high)",
+          "The block happens inside a plugin module. Temporarily move its .cpg file out of the Plugins folder to verify, "
+          "then contact the plugin author or find a replacement."]
+OWN_CODE = ["[Blocked in a CDR core module]  Suspect module: coreldrw",
+            "Please submit this stack signature so we can analyze and add it."]
+DIAGNOSES = {
+    "plugin-sleep": PLUGIN,
+    "plugin-spin": PLUGIN,
+    "print": ["[Stuck in print spooling] (severity: high)"],
+    "font": ["[Stuck in font enumeration/rendering] (severity: high)"],
+    "core-dll": ["[Blocked in a CDR core module]  Suspect module: crlgeometry"],
+    "own-code": OWN_CODE,
+    "deep-stack": OWN_CODE,
+    "send-message": OWN_CODE,
+    "system-wait": ["[Could not classify automatically]  Suspect module: System-level wait (submit to analyze further)"],
+    "third-party": ["[Stuck in a screen-capture hook] (severity: high)", "Close the capture tool."],
+}
+NO_MATCH = "  (No signature matched - you may click 'Submit Unknown' to feed the community database anonymously.)"
+
+
+def diagnose_every_hang(app, practice):
+    for way, diagnosis in DIAGNOSES.items():
+        hung = practice(way)
+        app.refresh()
+        app.click(CLEAR)
+        app.click(CAPTURE)
+        report = app.wait_for_report("--- Top 8 frames ---").replace("\r", "").split("\n")
+        assert report[0].startswith(f"[Capture] Target: PID {hung.pid}"), way
+        start, frames = report.index("===== Diagnosis ====="), report.index("--- Top 8 frames ---")
+        explanation = report[start + 1:frames]
+        assert explanation[:len(diagnosis)] == diagnosis, way
+        assert (NO_MATCH in explanation) == ("severity" not in diagnosis[0]), way
+        stack = [line for line in report[frames + 1:] if line.startswith("  ")]
+        assert 1 <= len(stack) <= 8 and all("!" in line for line in stack), way
+        assert hung.process.poll() is None, way
+        if way != "third-party":
+            hung.close()
+    return hung
+
+
+def ask_the_service(app, server):
+    app.click(DASHBOARD)
+    assert "  Responsive: NO" in app.wait_for_report("[Dashboard] GDI handles: ")
+    app.show(CLOUD_TAB)
+    app.click(SUBMIT)
+    app.answer("Anonymous Submission", "y")
+    app.wait_for_report("[Submit] Anonymously submitted ")
+    assert len(server.submissions()) == 1
+    server.offer(rule_document(8, rule("hook-001", "Stuck in a hook"), rule("hook-002", "Another")))
+    app.click(UPDATE)
+    app.wait_for_report("[Cloud] Signatures updated to v8 (6 rules)")
+    app.click(NETWORK)
+    app.wait_for_report("[Cloud] Network disabled. Signature updates and submissions stop")
+
+
+def tidy_up(app, printers, caches):
+    app.show(FIX_TAB)
+    app.click(SCAN)
+    app.wait_for_report("Physical memory: ")
+    app.click(PRINTER)
+    app.answer("Confirm Temp Switch", "y")
+    app.wait_for_report("[Printer] Switched. Original default: Studio Queue (auto-restored on exit)")
+    assert "Microsoft Print to PDF" in printers()
+    app.click(CLEANUP)
+    app.answer("Confirm Cache Cleanup", "y")
+    app.wait_for_report(f"[Cleanup] [OK] {len(caches)} files")
+    assert not any(path.exists() for path in caches)
+    app.click(RESTORE)
+    app.wait_for_report(f"[Restore] [OK] {len(caches)} files")
+    app.click(SETTINGS)
+    app.answer("Confirm Settings Optimization", "y")
+    app.wait_for_report("[Settings] [OK] 2 of 2 settings changed")
+
+
+def slim_documents(app, folder):
+    names = sorted(path.name for path in folder.glob("*.cdr"))
+    app.click(SLIM)
+    app.choose_files(folder, *names)
+    app.answer("File Slimming Confirmation", "y")
+    app.wait_for_report("[Slim] Done: succeeded 3 / already clean 1 / failed or skipped 2.", 60)
+
+
+def look_around(app):
+    for tab in (ABOUT_TAB, DIAGNOSE_TAB, ABOUT_TAB):
+        app.show(tab)
+    english = app.title()
+    for position in (6, 0, 4):
+        before = app.title()
+        app.choose_language(position)
+        wait_for(lambda: app.title() != before, "a title in the new language")
+    assert app.title() == english
+    whole = app.report()
+    app.click(COPY)
+    wait_for(lambda: app.desktop.clipboard() == whole, "the whole report")
+    app.click(CLEAR)
+    wait_for(app.has_no_report, "an empty report")
+
+
+def stage_documents(folder):
+    subprocess.run([ROOT / "build" / "native" / "tests" / "slim" / "slim_tool", "documents", folder], check=True)
+    kept = {"x6.cdr", "x7.cdr", "x7-560-views.cdr", "x7-clean.cdr"}
+    for path in folder.glob("*.cdr"):
+        if path.name not in kept:
+            path.unlink()
+    (folder / "damaged.cdr").write_bytes(b"PK\3\4 and nothing more")
+    (folder / "legacy.cdr").write_bytes(b"RIFF\4\0\0\0CDRA")
+    return {path: path.read_bytes() for path in folder.glob("*.cdr")}
+
+
+def test_a_working_day(wine, mirelo, practice, printers, settings, caches, tmp_path):
+    folder = tmp_path / "documents"
+    folder.mkdir()
+    documents = stage_documents(folder)
+    with signature_server(tmp_path, wine) as server:
+        cache = wine.tool_folder / "signatures.cache.json"
+        cache.parent.mkdir(parents=True, exist_ok=True)
+        cache.write_text(rule_document(5, rule("hook-001", "Stuck in an old hook")))
+        server.offer(rule_document(7, rule("hook-001", "Stuck in a screen-capture hook")))
+
+        app = mirelo(program=PROGRAM)
+        assert "[Signatures] 5 (5 rules)" in app.report()
+        app.wait_for_report("[Cloud] Signatures hot-updated to v7 in background (5 rules).")
+        hung = diagnose_every_hang(app, practice)
+        ask_the_service(app, server)
+        hung.close()
+        tidy_up(app, printers, caches)
+        slim_documents(app, folder)
+        look_around(app)
+        assert app.close_politely() == 0
+
+        assert cache.read_bytes() == server.document.read_bytes()
+        assert (wine.tool_folder / "config.json").read_text() == '{"lang":4}\n'
+        assert "NetworkEnabled    REG_SZ    0" in wine.run("reg", "query", r"HKCU\Software\Mirelo")
+    assert "Studio Queue" in printers()
+    assert {path: path.read_bytes() for path in caches} == caches
+    assert settings() == {"UndoLevels": "30", "ShowWelcomeScreen": "0x0"}
+    for path, before in documents.items():
+        backups = list(folder.glob(f"{path.name}.*.mirelobak"))
+        if path.name in ("damaged.cdr", "legacy.cdr", "x7-clean.cdr"):
+            assert path.read_bytes() == before and not backups
+        else:
+            assert [backup.read_bytes() for backup in backups] == [before] and path.read_bytes() != before
+            assert zipfile.ZipFile(path).testzip() is None
