@@ -75,9 +75,9 @@ class Desktop:
         for process in reversed(self._processes):
             stop(process)
 
-    def run(self, *command, check=False):
+    def run(self, *command, check=False, limit_s=60):
         return subprocess.run(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                              text=True, check=check, timeout=60).stdout
+                              text=True, check=check, timeout=limit_s).stdout
 
     def windows(self, title):
         """Ids of the visible windows whose title matches a regular expression."""
@@ -95,7 +95,10 @@ class Desktop:
         return next((word for word in text.split() if word.startswith("#") and len(word) == 7), "")
 
     def clipboard(self):
-        return self.run("xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING")
+        """What is on the clipboard; nothing when its owner changes while it is asked, which leaves the question open."""
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            return self.run("xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING", limit_s=3)
+        return ""
 
 
 class WineBox:
