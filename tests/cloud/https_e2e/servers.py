@@ -84,6 +84,8 @@ class Nginx:
                 {temporary}
                 {servers}
             }}""")
+        for port in self.ports.values():
+            wait_for(lambda: not accepts_connections(port), f"port {port}, which another server holds")
         self.process = subprocess.Popen(
             ["/usr/sbin/nginx", "-p", str(folder), "-c", str(configuration),
              "-e", str(folder / "error.log")])
