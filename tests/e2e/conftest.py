@@ -10,6 +10,14 @@ DEFAULT = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
 
 
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    """Takes a picture of what is seen when a test fails."""
+    yield
+    if call.excinfo and "wine" in item.funcargs:
+        item.funcargs["wine"].desktop.screenshot(f"failed-{item.name}")
+
+
 @pytest.fixture(scope="session")
 def desktop():
     display = Desktop()
