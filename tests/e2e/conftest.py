@@ -2,11 +2,9 @@ import shutil
 
 import pytest
 
+import staging
 from driver import Desktop, Mirelo, Practice, WineBox
 
-PRINTERS = r"HKLM\System\CurrentControlSet\Control\Print\Printers"
-DEVICES = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Devices"
-DEFAULT = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
 
 
@@ -64,22 +62,8 @@ def mirelo(wine):
 @pytest.fixture
 def printers(wine):
     """A bad default printer and a virtual one; a call tells the default."""
-    names = {"Studio Queue": r"\\server\queue", "Microsoft Print to PDF": "PORTPROMPT:"}
-    for name, port in names.items():
-        for value, text in {"Name": name, "Port": port, "Printer Driver": "wineps.drv",
-                            "Print Processor": "WinPrint"}.items():
-            wine.set_registry(rf"{PRINTERS}\{name}", value, text)
-        for value in ("Attributes", "Status"):
-            wine.set_registry(rf"{PRINTERS}\{name}", value, 0, "REG_DWORD")
-        wine.set_registry(DEVICES, name, f"winspool,{port}")
-    wine.set_registry(DEFAULT, "Device", r"Studio Queue,winspool,\\server\queue")
-    wine.shut_down()
-    yield lambda: wine.run("reg", "query", DEFAULT, "/v", "Device")
-    for name in names:
-        wine.delete_registry(rf"{PRINTERS}\{name}")
-        wine.delete_registry(DEVICES, name)
-    wine.delete_registry(DEFAULT, "Device")
-    wine.shut_down()
+    with staging.network_printer(wine) as default_printer:
+        yield default_printer
 
 
 @pytest.fixture

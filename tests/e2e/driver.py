@@ -20,7 +20,7 @@ CLEANUP, RESTORE, SETTINGS, SLIM = 505, 506, 507, 508
 UPDATE, SUBMIT, NETWORK = 509, 510, 511
 COPY, CLEAR, WEBSITE = 980, 981, 9001
 TAB, INSTANCE, LANGUAGE = 300, 4000, 4100
-ACCENT, PANEL = "#E8590C", "#E9EDF2"
+ACCENT, PANEL, SELECTED = "#E8590C", "#E9EDF2", "#FDEEE6"
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
 
@@ -115,7 +115,8 @@ class WineBox:
 
     @property
     def tool_folder(self):
-        return self.prefix / "drive_c" / "users" / os.environ.get("USER", "root") / "AppData" / "Roaming" / "Mirelo"
+        user = self.environment.get("USER", "root")
+        return self.prefix / "drive_c" / "users" / user / "AppData" / "Roaming" / "Mirelo"
 
     def start(self, *command, **variables):
         return subprocess.Popen([WINE, *map(str, command)], env={**self.environment, **variables},
@@ -247,9 +248,19 @@ class Mirelo:
     def settle(self):
         """Selects nothing, points at nothing and waits until that is painted: for pictures."""
         panel = self.kind("panel")
-        self.click_at(panel.x + 40, panel.y + panel.height - 5)
         x, y = (round(value * self.dpi / 96) for value in (panel.x + 5, panel.y + 14))
-        wait_for(lambda: self.desktop.colour_at(self.window, x, y) == PANEL, "a report without a selection")
+
+        def shows(colour):
+            return self.desktop.colour_at(self.window, x, y) == colour
+
+        def shows_selection():
+            self.key("ctrl+a")
+            return shows(SELECTED)
+
+        # The selection's end can be seen, and whatever happened before it is painted by then.
+        wait_for(shows_selection, "a selected report")
+        self.click_at(panel.x + 40, panel.y + panel.height - 5)
+        wait_for(lambda: shows(PANEL), "a report without a selection")
 
     def screenshot(self, name):
         """The client area as it is seen."""
