@@ -84,6 +84,8 @@ class Nginx:
                 {temporary}
                 {servers}
             }}""")
+        for port in self.ports.values():
+            assert not accepts_connections(port), f"another server has port {port}"
         self.process = subprocess.Popen(
             ["/usr/sbin/nginx", "-p", str(folder), "-c", str(configuration),
              "-e", str(folder / "error.log")])
