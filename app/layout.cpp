@@ -48,7 +48,7 @@ class PageBuilder {
     PageBuilder(Layout& layout, const LayoutInput& input, const MeasureText& measure)
         : layout_(layout), input_(input), measure_(measure) {}
 
-    void tabs();
+    void header();
     float page();
     void logPanel(float pageBottom);
 
@@ -95,7 +95,7 @@ class PageBuilder {
     std::ptrdiff_t pageStart_ = 0;
 };
 
-void PageBuilder::tabs() {
+void PageBuilder::header() {
     constexpr const char* kTabKeys[kTabCount] = {"tab_diag", "tab_fix", "tab_cloud", "tab_about"};
     const std::wstring brand = tr("brand_title");
     const float brandWidth = measure_(brand, TextStyle::brand, input_.clientWidthDip).widthDip + 1;
@@ -320,7 +320,7 @@ Layout buildLayout(const LayoutInput& input, const MeasureText& measure) {
     const bool known = input.currentTab >= 0 && input.currentTab < kTabCount;
     layout.currentTab = known ? input.currentTab : std::int32_t{kDiagnoseTab};
     PageBuilder builder(layout, input, measure);
-    builder.tabs();
+    builder.header();
     builder.logPanel(builder.page());
     return layout;
 }

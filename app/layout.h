@@ -8,11 +8,10 @@
 #include "app/geometry.h"
 #include "app/text_style.h"
 
-/// What an element is. From `button` on it can be clicked.
+/// What an element is, by a fixed number. From `button` on it can be clicked.
 enum class HitKind : std::uint32_t {
     title = 0,
     subtitle = 1,
-    heading = 2,
     label = 3,
     hint = 4,
     button = 5,

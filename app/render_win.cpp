@@ -235,7 +235,6 @@ void Renderer::drawCard(const Card& card) {
 void Renderer::drawTarget(const HitTarget& target, bool hovered) {
     switch (target.kind) {
         case HitKind::title:
-        case HitKind::heading:
             drawText(target.label, target.style, target.rect(), Colour::mainText);
             return;
         case HitKind::subtitle:

@@ -76,7 +76,6 @@ const wchar_t* tr(std::string_view key) {
     const auto* record = std::find_if(std::begin(kBaseTexts), std::end(kBaseTexts),
                                       [&](const BaseText& base) { return base.key == key; });
     if (record == std::end(kBaseTexts)) return L"<missing>";
-    if (overrides().empty()) return baseText(*record);
     const auto replacement = overrides().find(overrideKey(key));
     return replacement != overrides().end() ? replacement->second.c_str() : baseText(*record);
 }

@@ -12,20 +12,10 @@
 
 namespace {
 
-// Never destroyed: a thread that the program does not wait for may still read while it exits.
-template <typename T>
-union Immortal {
-    Immortal() : value() {}
-    Immortal(const Immortal&) = delete;
-    Immortal& operator=(const Immortal&) = delete;
-    ~Immortal() {}  // NOLINT(modernize-use-equals-default): that one would be deleted
-    T value;
-};
-
 template <typename T>
 const T& SharedEmpty() {
-    static const Immortal<T> empty;
-    return empty.value;
+    static const T empty{};
+    return empty;
 }
 
 }  // namespace

@@ -60,9 +60,9 @@ void DrawCapture(const SignatureRuleBase& base, const SignatureRule& rule) {
     const MeasureText measure = [](const std::wstring& text, TextStyle, float maxWidthDip) {
         return TextSize{maxWidthDip, 17.0F * (1.0F + static_cast<float>(text.size() / 40))};
     };
+    require(!visibleLines(log, measure).empty(), "a line is visible");
     for (const std::wstring& line : log.lines)
-        require(kPalette[static_cast<std::size_t>(logLineColour(line))] <= 0xFFFFFF, "a colour");
-    require(firstVisibleLine(log, measure) < log.lineCount(), "a line is visible");
+        require(logLineColour(line) < Colour::panel, "a line has a colour of its own");
     utf8FromWide(joinedLines(log, linesToCopy(log)));
 }
 

@@ -27,30 +27,6 @@ class MainWindowTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(MainWindowTest, StartsWithItsFirstLinesAndItsSize) {
-    ASSERT_NE(window_.hwnd, nullptr);
-    RECT rect{};
-    GetWindowRect(window_.hwnd, &rect);
-    EXPECT_EQ(rect.right - rect.left, pixelsFromDip(1040, window_.dpi));
-    EXPECT_EQ(rect.bottom - rect.top, pixelsFromDip(880, window_.dpi));
-    ASSERT_GE(window_.state.log.lineCount(), 2);
-    EXPECT_EQ(window_.state.log.lines[0],
-              L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
-    EXPECT_EQ(window_.state.log.lines[1].rfind(L"[Signatures] ", 0), 0U);
-}
-
-TEST_F(MainWindowTest, KeepsItsSmallestSizeAtEveryDpi) {
-    for (const UINT dpi : {96U, 144U, 192U}) {
-        window_.dpi = dpi;
-        MINMAXINFO info{};
-        SendMessageW(window_.hwnd, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
-        EXPECT_EQ(info.ptMinTrackSize.x, 880 * static_cast<LONG>(dpi) / 96);
-        EXPECT_EQ(info.ptMinTrackSize.y, 640 * static_cast<LONG>(dpi) / 96);
-    }
-    EXPECT_EQ(pixelsFromDip(1040, 144), 1560);
-    EXPECT_EQ(pixelsFromDip(880, 120), 1100);
-}
-
 TEST_F(MainWindowTest, FollowsAChangeOfDpi) {
     const UINT systemDpi = window_.dpi;
     RECT suggested{10, 20, 1390, 1020};
@@ -63,12 +39,18 @@ TEST_F(MainWindowTest, FollowsAChangeOfDpi) {
     RECT rect{};
     GetWindowRect(window_.hwnd, &rect);
     EXPECT_TRUE(EqualRect(&rect, &suggested));
+    MINMAXINFO info{};
+    SendMessageW(window_.hwnd, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+    EXPECT_EQ(info.ptMinTrackSize.x, 1320);
+    EXPECT_EQ(info.ptMinTrackSize.y, 960);
     RECT client{};
     GetClientRect(window_.hwnd, &client);
     EXPECT_FLOAT_EQ(window_.clientWidthDip, static_cast<float>(client.right) * 96 / 144);
     EXPECT_TRUE(window_.renderer.hasTarget());
     change(0);
     EXPECT_EQ(window_.dpi, systemDpi);
+    EXPECT_EQ(pixelsFromDip(1040, 144), 1560);
+    EXPECT_EQ(pixelsFromDip(1, 120), 1) << "not rounded up";
 }
 
 TEST_F(MainWindowTest, PaintsAgainAfterTheTargetIsLost) {
@@ -85,14 +67,9 @@ TEST_F(MainWindowTest, PaintsAgainAfterTheTargetIsLost) {
 }
 
 TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
-    const std::wstring hostile[] = {
-        std::wstring(L"a\0b", 3),
-        L"line\nbreak\r\n\ttab",
-        L"\u202Eright to left\u2066\u2069",
-        std::wstring(1, static_cast<wchar_t>(0xD83D)) + L"lone surrogate",
-        std::wstring(100000, L'W'),
-    };
-    for (const std::wstring& text : hostile) {
+    for (const std::wstring& text :
+         {std::wstring(L"a\0b", 3), std::wstring(L"line\nbreak\r\n\ttab\u202Eto the left\u2069"),
+          std::wstring(1, static_cast<wchar_t>(0xD83D)), std::wstring(100000, L'W')}) {
         window_.shell.appendLog(text);
         paint();
     }

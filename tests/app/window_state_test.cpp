@@ -7,16 +7,6 @@
 
 namespace {
 
-struct Recorder {
-    std::vector<std::int32_t> positions;
-    std::vector<std::uint32_t> actions;
-
-    ClickEffects effects() {
-        return {[this](std::int32_t position) { positions.push_back(position); },
-                [this](std::uint32_t id) { actions.push_back(id); }};
-    }
-};
-
 WindowState stateWith(HitKind kind, std::uint32_t id) {
     WindowState state;
     state.hitTargets = {{kind, id, 10, 10, 50, 20, L"", TextStyle::button, false}};
@@ -27,63 +17,66 @@ WindowState stateWith(HitKind kind, std::uint32_t id) {
 }  // namespace
 
 TEST(WindowState, ActsOnAClickByKind) {
-    Recorder recorder;
-    const auto click = [&](WindowState& state) {
-        EXPECT_TRUE(dispatchClick(state, {20, 20}, fakeMeasure, recorder.effects()));
+    const struct {
+        HitKind kind;
+        std::uint32_t id;
+        std::int32_t tab, instance, language, action;  // -1: untouched
+    } cases[] = {
+        {HitKind::tab, kFirstTabId + kAboutTab, kAboutTab, -1, -1, -1},
+        {HitKind::tab, kFirstTabId + kTabCount, -1, -1, -1, -1},
+        {HitKind::tab, kFirstTabId - 1, -1, -1, -1, -1},
+        {HitKind::instanceRow, kFirstInstanceId + 2, -1, 2, -1, -1},
+        {HitKind::languageChoice, kFirstLanguageId + 13, -1, -1, 13, -1},
+        {HitKind::primaryButton, kCaptureAction, -1, -1, -1, kCaptureAction},
+        {HitKind::button, 77, -1, -1, -1, 77},
     };
-    WindowState state = stateWith(HitKind::tab, kFirstTabId + kAboutTab);
-    click(state);
-    EXPECT_EQ(state.currentTab, kAboutTab);
-    for (const std::uint32_t noTab : {kFirstTabId + kTabCount, kFirstTabId - 1}) {
-        state.hitTargets[0].id = noTab;
-        click(state);
-        EXPECT_EQ(state.currentTab, kAboutTab);
+    for (const auto& c : cases) {
+        std::int32_t language = -1;
+        std::int32_t action = -1;
+        WindowState state = stateWith(c.kind, c.id);
+        state.currentTab = -1;
+        EXPECT_TRUE(
+            dispatchClick(state, {20, 20}, fakeMeasure,
+                          {[&](std::int32_t position) { language = position; },
+                           [&](std::uint32_t id) { action = static_cast<std::int32_t>(id); }}));
+        EXPECT_EQ(state.currentTab, c.tab) << c.id;
+        EXPECT_EQ(state.selectedInstance, c.instance) << c.id;
+        EXPECT_EQ(language, c.language) << c.id;
+        EXPECT_EQ(action, c.action) << c.id;
     }
-    state = stateWith(HitKind::instanceRow, kFirstInstanceId + 2);
-    click(state);
-    EXPECT_EQ(state.selectedInstance, 2);
-    state = stateWith(HitKind::languageChoice, kFirstLanguageId + 13);
-    click(state);
-    EXPECT_EQ(recorder.positions, std::vector<std::int32_t>{13});
-    state = stateWith(HitKind::primaryButton, kCaptureAction);
-    click(state);
-    state = stateWith(HitKind::button, 77);
-    click(state);
-    EXPECT_EQ(recorder.actions, (std::vector<std::uint32_t>{kCaptureAction, 77}));
 }
 
 TEST(WindowState, SelectsALogLineWhereNothingElseIsHit) {
-    Recorder recorder;
     WindowState state = stateWith(HitKind::label, 0);
     appendLine(state.log, L"only line");
-    EXPECT_FALSE(dispatchClick(state, {20, 20}, fakeMeasure, recorder.effects()));
-    EXPECT_TRUE(dispatchClick(state, {20, 110}, fakeMeasure, recorder.effects()));
-    EXPECT_EQ(state.log.selectionAnchor, 0);
-    EXPECT_TRUE(dispatchClick(state, {20, 290}, fakeMeasure, recorder.effects()));
-    EXPECT_EQ(state.log.selectionAnchor, -1);
-    EXPECT_EQ(state.log.selectionEnd, -1);
+    const struct {
+        PointDip point;
+        bool painted;
+        int selected;
+    } clicks[] = {
+        {{20, 20}, false, -1}, {{20, 110}, true, 0}, {{401, 110}, false, 0}, {{20, 290}, true, -1}};
+    for (const auto& click : clicks) {
+        EXPECT_EQ(dispatchClick(state, click.point, fakeMeasure, {}), click.painted);
+        EXPECT_EQ(state.log.selectionAnchor, click.selected);
+        EXPECT_EQ(state.log.selectionEnd, click.selected);
+    }
     state.log.panel.width = 10;
-    EXPECT_FALSE(dispatchClick(state, {5, 110}, fakeMeasure, recorder.effects()));
+    EXPECT_FALSE(dispatchClick(state, {5, 110}, fakeMeasure, {}));
 }
 
-TEST(WindowState, NoticesWhenTheHoveredElementChanges) {
+TEST(WindowState, KeepsTheHoverOnItsElement) {
     WindowState state = stateWith(HitKind::button, kRefreshAction);
     EXPECT_TRUE(moveHover(state, {20, 20}));
     EXPECT_EQ(state.hoverTarget, 0);
     EXPECT_FALSE(moveHover(state, {21, 20}));
-    EXPECT_TRUE(moveHover(state, {0, 0}));
-    EXPECT_EQ(state.hoverTarget, -1);
-}
-
-TEST(WindowState, KeepsTheHoverOnItsElementInANewLayout) {
-    WindowState state = stateWith(HitKind::button, kRefreshAction);
-    moveHover(state, {20, 20});
     Layout layout;
     layout.hitTargets = {{HitKind::button, kCopyAction, 0, 0, 1, 1, L"", TextStyle::button, false},
                          state.hitTargets[0]};
     takeLayout(state, layout);
     EXPECT_EQ(state.hoverTarget, 1);
-    layout.hitTargets.pop_back();
+    EXPECT_TRUE(moveHover(state, {0.5, 0.5}));
+    EXPECT_EQ(state.hoverTarget, 0);
+    layout.hitTargets.erase(layout.hitTargets.begin());
     takeLayout(state, layout);
     EXPECT_EQ(state.hoverTarget, -1);
 }
@@ -100,13 +93,11 @@ TEST(WindowState, CopiesAndClearsWithAWord) {
     copyReport(state, toClipboard);
     EXPECT_EQ(state.statusText, L"Report copied (2 lines)");
     EXPECT_EQ(clipboard, L"a\r\nb\r\n");
-    state.log.scrollBack = 1;
-    selectAllLines(state.log);
+    state.log.selectionAnchor = state.log.selectionEnd = state.log.scrollBack = 1;
     clearReport(state);
     EXPECT_EQ(state.statusText, L"Report cleared");
-    EXPECT_EQ(state.log.lineCount(), 0);
-    EXPECT_EQ(state.log.scrollBack, 0);
-    EXPECT_EQ(state.log.selectionAnchor, -1);
+    EXPECT_EQ(state.log.lineCount() + state.log.scrollBack, 0);
+    EXPECT_EQ(state.log.selectionAnchor + state.log.selectionEnd, -2);
 }
 
 TEST(WindowState, ShowsTheParenthesisOfAStatusOrAllOfIt) {

@@ -7,35 +7,11 @@
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <sstream>
+
+#include "tests/cloud/json_text.h"
 
 namespace {
-
-// A plain rendering to compare whole values by; recursive, for shallow documents.
-std::string Shown(const JsonValue& value) {
-    switch (value.tag()) {
-        case JsonTag::null:
-            return "null";
-        case JsonTag::boolean:
-            return value.boolean() ? "true" : "false";
-        case JsonTag::number:
-            return std::to_string(value.number());
-        case JsonTag::string:
-            return "'" + value.string() + "'";
-        case JsonTag::array: {
-            std::string text = "[";
-            for (const JsonValue& element : value.elements())
-                text += Shown(element) + ";";
-            return text + "]";
-        }
-        case JsonTag::object: {
-            std::string text = "{";
-            for (const auto& [key, member] : value.members())
-                text += key + "=" + Shown(member) + ";";
-            return text + "}";
-        }
-    }
-    return "?";
-}
 
 std::string Repeated(std::string_view text, std::size_t times) {
     std::string repeated;
@@ -66,143 +42,61 @@ void OnSmallStack(const std::function<void()>& work) {
 TEST(Json, ReadsWhatIsValid) {
     const struct {
         const char* text;
-        const char* shown;
+        const char* read;
     } cases[] = {
-        {"null", "null"},
         {" \t\r\n true \t\r\n ", "true"},
-        {"false", "false"},
-        {"\"\"", "''"},
-        {" {} ", "{}"},
-        {"[ ]", "[]"},
-        {"{ \n}", "{}"},
-        {"[1 , true,\"x\",null ]", "[1.000000;true;'x';null;]"},
-        {"[[],[[]],{}]", "[[];[[];];{};]"},
-        {"{\"b\":1,\"a\":2}", "{a=2.000000;b=1.000000;}"},
-        {"{ \"a\" : { \"b\" : [ 0 ] } , \"\" : 1 }", "{=1.000000;a={b=[0.000000;];};}"},
-        {"{\"a\":1,\"b\":2,\"a\":[3]}", "{a=[3.000000;];b=2.000000;}"},
-        {"{\"\\u0061\":1,\"a\":2}", "{a=2.000000;}"},
-        {"{\"\xC3\xA9\":1,\"z\":2}", "{z=2.000000;\xC3\xA9=1.000000;}"},
+        {"[1 , false,\"x\",null ,\"\"]", R"([1,false,"x",null,""])"},
+        {"[[],[[ ]],{ \n}]", "[[],[[]],{}]"},
+        {R"({ "b" : { "c" : [ -0.5 ] } , "" : 1,"a":2})", R"({"":1,"a":2,"b":{"c":[-0.5]}})"},
+        {R"({"a":1,"b":2,"\u0061":[3]})", R"({"a":[3],"b":2})"},
+        {R"({"é":1,"z":2})", R"({"z":2,"é":1})"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(Shown(ParseJson(c.text)), c.shown) << c.text;
+    for (const auto& [text, read] : cases)
+        EXPECT_EQ(JsonText(ParseJson(text)), read) << text;
 }
 
 TEST(Json, RefusesEverythingElse) {
-    const char* const texts[] = {
-        "",
-        " ",
-        "nul",
-        "tru",
-        "truex",
-        "True",
-        "{} x",
-        "1 2",
-        "[1,]",
-        "[,1]",
-        "[1 2]",
-        "[",
-        "]",
-        "[1}",
-        "{\"a\":1]",
-        "{\"a\":1,}",
-        "{,}",
-        "{\"a\"}",
-        "{\"a\":}",
-        "{\"a\" 1}",
-        "{a:1}",
-        "{1:1}",
-        "{\"a\":1 \"b\":2}",
-        "\"",
-        "\"abc",
-        "\"\\\"",
-        "\"\\x\"",
-        "\"\\u12\"",
-        "\"\\u12G4\"",
-        "\"\\u123",
-        "\"\\",
-        "'a'",
-        "0x10",
-        "inf",
-        "-inf",
-        "nan",
-        "[1]]",
-        "{}}",
-        "\xEF\xBB\xBF{}",
-        "\f1",
-        "/**/1",
-        "[\"a\" \"b\"]",
-        "\"a\"\"b\"",
-        "{\"a\"::1}",
-        "{\"a\":1,,\"b\":2}",
-    };
-    for (const char* text : texts)
+    std::istringstream texts(
+        "~ ~nul~truex~True~'a'~0x10~-inf~nan~\xEF\xBB\xBF{}~\f1~/**/1~{} x~1 2~[1,]~[,1]~[1 2]~]~[1}"
+        "~[1]]~{}}~{,}~{a:1}~{1:1}"
+        R"(~{"a":1]~{"a":1,}~{"a"}~{"a":}~{"a" 1}~{"a":1 "b":2}~{"a"::1}~{"a":1,,"b":2}~["a" "b"])"
+        R"(~"a""b"~"\x"~"\u12"~"\u12G4")");
+    for (std::string text; std::getline(texts, text, '~');)
         EXPECT_EQ(ParseJson(text).tag(), JsonTag::null) << text;
     EXPECT_EQ(ParseJson(std::string_view("1\0", 2)).tag(), JsonTag::null);
+
+    const std::string_view document =
+        R"({"version":7,"rules":[{"id":"demo-001","t":"\u00e9\n","x":[true,null,-1.5e3]}]})";
+    ASSERT_EQ(ParseJson(document).tag(), JsonTag::object);
+    for (std::size_t length = 0; length < document.size(); ++length)
+        EXPECT_EQ(ParseJson(document.substr(0, length)).tag(), JsonTag::null) << length;
 }
 
 TEST(Json, ReadsNumbersAsStrtodDoes) {
-    const char* const texts[] = {
-        "0",
-        "-0",
-        "5",
-        "+5",
-        "007",
-        "1.5",
-        "-2.25e2",
-        "1E-2",
-        ".5",
-        "5.",
-        "-.5e1",
-        "1-2",
-        "1e",
-        "1e+",
-        "1e5e5",
-        "1.2.3",
-        "-",
-        "+",
-        ".",
-        "e5",
-        "--1",
-        "+-1",
-        "-+1",
-        "++1",
-        "1e308",
-        "1e309",
-        "-1e309",
-        "1e-320",
-        "4.9e-324",
-        "2e-324",
-        "-1e-400",
-        "+1e999",
-        "1e99999999999999999999",
-        "1e-99999999999999999999",
-        "9007199254740993",
-        "1.7976931348623157e308",
-        "1.7976931348623159e308",
-        "2.2250738585072011e-308",
-        "0.1e-5000000000",
-        "179769313486231580793728971405301e276",
-    };
-    for (const char* text : texts) {
+    std::istringstream texts(
+        "0 +5 007 1.5 -2.25e2 1E-2 .5 5. -.5e1 1-2 1e 1e+ 1e5e5 1.2.3 - + . e5 --1 +-1 -+1 ++1 1e308 "
+        "1e309 -1e309 1e-320 4.9e-324 2e-324 -1e-400 +1e999 1e99999999999999999999 "
+        "1e-99999999999999999999 9007199254740993 1.7976931348623157e308 1.7976931348623159e308 "
+        "2.2250738585072011e-308 0.1e-5000000000 1000e9223372036854775807 "
+        "0.0001e-9223372036854775808");
+    for (std::string text; texts >> text;) {
         const JsonValue value = ParseJson(text);
         ASSERT_EQ(value.tag(), JsonTag::number) << text;
-        EXPECT_EQ(value.number(), std::strtod(text, nullptr)) << text;
+        EXPECT_EQ(value.number(), std::strtod(text.c_str(), nullptr)) << text;
     }
     EXPECT_TRUE(std::signbit(ParseJson("-0").number()));
 }
 
 TEST(Json, ReadsMillionsOfDigits) {
-    const std::string digits = Repeated("7", 2000000);
-    EXPECT_EQ(ParseJson("1000e9223372036854775807").number(),
-              std::numeric_limits<double>::infinity());
-    EXPECT_EQ(ParseJson("0.0001e-9223372036854775808").number(), 0.0);
-    EXPECT_EQ(ParseJson(digits).number(), std::numeric_limits<double>::infinity());
-    EXPECT_EQ(ParseJson(std::string("0.") + digits).number(), 7.0 / 9.0);
-    EXPECT_EQ(ParseJson(std::string("-0.") + digits + "e-400").number(), 0.0);
-    EXPECT_EQ(ParseJson(std::string("0.") + Repeated("0", 2000000) + "1e2000001").number(), 1.0);
-    EXPECT_EQ(ParseJson(std::string("0.") + Repeated("0", 2000000) + "1e2000400").number(),
-              std::numeric_limits<double>::infinity());
-    EXPECT_EQ(ParseJson(std::string("1") + Repeated("0", 2000000) + "e-2000400").number(), 0.0);
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const std::string sevens = Repeated("7", 2000000);
+    const std::string zeros = Repeated("0", 2000000);
+    EXPECT_EQ(ParseJson(sevens).number(), kInfinity);
+    EXPECT_EQ(ParseJson("0." + sevens).number(), 7.0 / 9.0);
+    EXPECT_EQ(ParseJson("-0." + sevens + "e-400").number(), 0.0);
+    EXPECT_EQ(ParseJson("0." + zeros + "1e2000001").number(), 1.0);
+    EXPECT_EQ(ParseJson("0." + zeros + "1e2000400").number(), kInfinity);
+    EXPECT_EQ(ParseJson("1" + zeros + "e-2000400").number(), 0.0);
 }
 
 TEST(Json, ReadsEscapesAndLeavesOtherBytesAlone) {
@@ -211,28 +105,18 @@ TEST(Json, ReadsEscapesAndLeavesOtherBytesAlone) {
         std::string_view string;
     } cases[] = {
         {R"("\"\\\/\b\f\n\r\t")", "\"\\/\b\f\n\r\t"},
-        {R"("\u0041\u007f\u0080\u07FF\u0800\uffff")",
-         "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
-        {R"("\u00e9\u00E9")", "\xC3\xA9\xC3\xA9"},
-        {R"("\uD83D\uDE00")", "\xED\xA0\xBD\xED\xB8\x80"},
-        {std::string_view(R"("\u0000")"), std::string_view("\0", 1)},
+        {R"("\u0041\u007f\u0080\u07FF\u0800\uffff\u00e9\u00E9")",
+         "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xC3\xA9\xC3\xA9"},
+        {R"("\uD83D\uDE00 until the \u0065nd")", "\xED\xA0\xBD\xED\xB8\x80 until the end"},
+        {R"("\u0000")", std::string_view("\0", 1)},
         {std::string_view("\"a\0b\n\x01\"", 7), std::string_view("a\0b\n\x01", 5)},
         {"\"\xF0\x9F\x98\x80 \xFF\x80\"", "\xF0\x9F\x98\x80 \xFF\x80"},
-        {R"("no escape until the \u0065nd")", "no escape until the end"},
     };
     for (const auto& c : cases) {
         const JsonValue value = ParseJson(c.text);
         ASSERT_EQ(value.tag(), JsonTag::string) << c.text;
         EXPECT_EQ(value.string(), c.string) << c.text;
     }
-}
-
-TEST(Json, RefusesADocumentCutAnywhere) {
-    const std::string_view document =
-        R"({"version":7,"rules":[{"id":"demo-001","t":"\u00e9\n","x":[true,null,-1.5e3]}]})";
-    ASSERT_EQ(ParseJson(document).tag(), JsonTag::object);
-    for (std::size_t length = 0; length < document.size(); ++length)
-        EXPECT_EQ(ParseJson(document.substr(0, length)).tag(), JsonTag::null) << length;
 }
 
 TEST(Json, AccessorsOfAnotherKindAreEmpty) {
@@ -251,43 +135,33 @@ TEST(Json, AccessorsOfAnotherKindAreEmpty) {
 
 TEST(Json, CopiesDeeplyAndMovesOut) {
     JsonValue original = ParseJson(R"({"a":[1,{"b":"text long enough for the heap"}],"c":true})");
-    const std::string shown = Shown(original);
+    const std::string text = JsonText(original);
     const JsonValue copy = original;
     JsonValue moved = std::move(original);
     EXPECT_EQ(original.tag(), JsonTag::null);
-    EXPECT_EQ(Shown(moved), shown);
+    EXPECT_EQ(JsonText(moved), text);
     EXPECT_NE(&Member(moved, "a"), &Member(copy, "a"));
     moved = Member(moved, "a");
     moved = moved.elements()[1];
-    EXPECT_EQ(Shown(moved), "{b='text long enough for the heap';}");
-    EXPECT_EQ(Shown(copy), shown);
+    EXPECT_EQ(JsonText(moved), R"({"b":"text long enough for the heap"})");
+    EXPECT_EQ(JsonText(copy), text);
 }
 
 TEST(Json, NoDepthReachesTheCallStack) {
     constexpr std::size_t kTwoMebibytes = 2U << 20;
     OnSmallStack([] {
-        EXPECT_EQ(ParseJson(Repeated("[", kTwoMebibytes)).tag(), JsonTag::null);
-        EXPECT_EQ(ParseJson(Repeated("{\"\":", kTwoMebibytes / 4)).tag(), JsonTag::null);
-        EXPECT_EQ(ParseJson(Repeated("[", kTwoMebibytes / 2) + "x").tag(), JsonTag::null);
+        for (const std::string& open : {Repeated("[", kTwoMebibytes), Repeated("[", 1000000) + "x",
+                                        Repeated("{\"\":", kTwoMebibytes / 4)})
+            EXPECT_EQ(ParseJson(open).tag(), JsonTag::null);
     });
-    const std::string documents[] = {
-        Repeated("[", 500000) + Repeated("]", 500000),
-        Repeated("{\"k\":[1,", 100000) + "0" + Repeated(",2]}", 100000),
-        Repeated("[[],{\"a\":[0]},", 100000) + "[]" + Repeated(",[[1]]]", 100000),
-    };
-    for (const std::string& document : documents) {
+    for (const std::string& document :
+         {Repeated("[", 500000) + Repeated("]", 500000),
+          Repeated("{\"k\":[1,", 100000) + "0" + Repeated(",2]}", 100000),
+          Repeated("[[],{\"a\":[0]},", 100000) + "[]" + Repeated(",[[1]]]", 100000)}) {
         OnSmallStack([&] {
             JsonValue value = ParseJson(document);
             ASSERT_NE(value.tag(), JsonTag::null);
             JsonValue copy = value;
-            std::size_t depth = 0;
-            for (const JsonValue* level = &copy; level != nullptr; ++depth) {
-                const JsonValue& inner = Member(*level, "k");
-                const auto& elements = (inner.tag() == JsonTag::null ? *level : inner).elements();
-                level = elements.size() > 1 ? &elements[elements.size() == 3 ? 1 : 2] : nullptr;
-                if (elements.size() == 1) level = &elements[0];
-            }
-            EXPECT_GT(depth, 1U);
             value = std::move(copy);
             value = JsonValue();
         });

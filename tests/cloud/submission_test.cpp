@@ -39,73 +39,35 @@ TEST(Submission, HoldsNamesAndVersionAndNothingElse) {
 }
 
 TEST(Submission, SendsOnlyWithACaptureConsentAndTheNetwork) {
+    constexpr const wchar_t* kNoCapture =
+        L"No capture data yet. Use 'Capture Now' first; submit when no signature matched.";
     const struct {
-        const char* name;
-        LastCapture capture;
-        bool consents;
-        bool networkEnabled;
+        bool captured, consents, networkEnabled;
         std::string answer;
-        std::vector<std::wstring> lines;
-        bool asked;
-        bool sent;
+        std::size_t questions, requests;
+        std::wstring line;  // empty: none
     } cases[] = {
-        {"good",
-         Captured(),
-         true,
-         true,
-         "{}",
-         {L"[Submit] Anonymously submitted 4 frame signatures, thanks!"},
-         true,
-         true},
-        {"unreachable",
-         Captured(),
-         true,
-         true,
-         "",
-         {L"[Submit] Submit failed (network unreachable), try again later"},
-         true,
-         true},
-        {"switched off",
-         Captured(),
-         true,
-         false,
-         "{}",
-         {L"[Submit] Network disabled, cannot submit"},
-         true,
-         false},
-        {"declined", Captured(), false, true, "{}", {}, true, false},
-        {"no capture",
-         {},
-         true,
-         true,
-         "{}",
-         {L"[Submit] No capture data yet. Use 'Capture Now' first; submit when no signature "
-          L"matched."},
-         false,
-         false},
+        {true, true, true, "{}", 1, 1, L"Anonymously submitted 4 frame signatures, thanks!"},
+        {true, true, true, "", 1, 1, L"Submit failed (network unreachable), try again later"},
+        {true, true, false, "{}", 1, 0, L"Network disabled, cannot submit"},
+        {true, false, true, "{}", 1, 0, L""},
+        {false, true, true, "{}", 0, 0, kNoCapture},
     };
     for (const auto& c : cases) {
-        FakeCloud cloud;
-        cloud.networkEnabled = c.networkEnabled;
-        cloud.answer = c.answer;
+        FakeCloud cloud{c.networkEnabled, "", true, c.answer, {}};
         FakeShell report;
         report.consents = c.consents;
-        OnSubmit(report.shell(), c.capture, cloud.services());
-        EXPECT_EQ(report.lines, c.lines) << c.name;
-        EXPECT_EQ(report.questions.size(), c.asked ? 1U : 0U) << c.name;
-        const std::vector<std::string> requests = {std::string("POST /api/mirelo/submit.php ") +
-                                                   kCapturedBody};
-        EXPECT_EQ(cloud.requests, c.sent ? requests : std::vector<std::string>()) << c.name;
+        OnSubmit(report.shell(), c.captured ? Captured() : LastCapture(), cloud.services());
+        EXPECT_EQ(report.lines,
+                  std::vector<std::wstring>(c.line.empty() ? 0 : 1, L"[Submit] " + c.line));
+        EXPECT_EQ(report.questions,
+                  std::vector<std::wstring>(
+                      c.questions,
+                      L"Anonymous Submission|Upload the captured stack features "
+                      L"anonymously?\n(Module/function names and CDR version only - no file paths, "
+                      L"no document content.)\n\nContinue?"));
+        EXPECT_EQ(cloud.requests,
+                  std::vector<std::string>(
+                      c.requests, std::string("POST /api/mirelo/submit.php ") + kCapturedBody));
     }
-}
-
-TEST(Submission, AsksInTheseWords) {
-    FakeCloud cloud;
-    FakeShell report;
-    OnSubmit(report.shell(), Captured(), cloud.services());
-    ASSERT_EQ(report.questions.size(), 1U);
-    EXPECT_EQ(report.questions[0],
-              L"Anonymous Submission|Upload the captured stack features anonymously?\n"
-              L"(Module/function names and CDR version only - no file paths, no document "
-              L"content.)\n\nContinue?");
 }

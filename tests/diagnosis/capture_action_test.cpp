@@ -4,8 +4,6 @@
 
 namespace {
 
-using Lines = std::vector<std::wstring>;
-
 StackFrame Frame(const wchar_t* module, const wchar_t* function) {
     StackFrame frame;
     frame.moduleName = module;
@@ -18,121 +16,106 @@ struct Press {
     CdrInstance instance = {4711, 42, this, L"C:\\CorelDRW.exe", L"25.0.0.230"};
     bool responsive = false;
     CaptureResult capture;
-    SignatureRuleBase rules;
-    LastCapture last;
-    int captures = 0;
+    LastCapture last = {{Frame(L"kept", L"")}, FrameCategory::font, L"24"};
 
-    Lines report(bool selected = true) {
-        Lines lines;
+    std::wstring report(bool selected = true) {
+        std::wstring lines;
         Shell shell;
-        shell.appendLog = [&](std::wstring line) { lines.push_back(std::move(line)); };
-        CaptureSensors sensors;
-        sensors.isResponsive = [&](WindowHandle window, unsigned timeoutMs) {
-            EXPECT_EQ(window, instance.mainWindow);
-            EXPECT_EQ(timeoutMs, 800U);
-            return responsive;
-        };
-        sensors.captureStack = [&](std::uint32_t pid, std::uint32_t threadId) {
-            EXPECT_EQ(pid, 4711U);
-            EXPECT_EQ(threadId, 42U);
-            ++captures;
-            return capture;
-        };
-        sensors.systemFiles = {[](const std::wstring&) { return false; },
-                               [](const std::wstring&) { return false; }};
+        shell.appendLog = [&](const std::wstring& line) { lines += line + L"\n"; };
+        const CaptureSensors sensors{
+            [&](WindowHandle window, unsigned timeoutMs) {
+                EXPECT_EQ(window, instance.mainWindow);
+                EXPECT_EQ(timeoutMs, 800U);
+                return responsive;
+            },
+            [&](std::uint32_t pid, std::uint32_t threadId) {
+                EXPECT_FALSE(responsive);
+                EXPECT_EQ(pid, 4711U);
+                EXPECT_EQ(threadId, 42U);
+                return capture;
+            },
+            {[](const std::wstring&) { return false; }, [](const std::wstring&) { return false; }}};
+        SignatureRuleBase rules;
+        LoadBuiltInRules(rules);
         OnCaptureNow(shell, selected ? &instance : nullptr, rules, sensors, last);
         return lines;
     }
 };
 
-constexpr const wchar_t* kTarget = L"[Capture] Target: PID 4711  Version 25.0.0.230";
-constexpr const wchar_t* kNoMatch =
-    L"  (No signature matched - you may click 'Submit Unknown' to feed the community database "
-    L"anonymously.)";
+const std::wstring kTarget = L"[Capture] Target: PID 4711  Version 25.0.0.230\n";
 
 }  // namespace
 
 TEST(CaptureNow, StopsWhereNothingCanBeCaptured) {
     Press press;
-    press.last.frames = {Frame(L"kept", L"")};
-    press.last.category = FrameCategory::font;
-    press.last.version = L"24";
-
-    EXPECT_EQ(press.report(false), Lines{L"[Capture] Please select a CDR instance first."});
+    EXPECT_EQ(press.report(false), L"[Capture] Please select a CDR instance first.\n");
     press.responsive = true;
-    EXPECT_EQ(press.report(),
-              (Lines{kTarget,
-                     L"[Capture] CDR main thread is responsive right now. Click 'Capture Now' "
-                     L"again while it hangs."}));
-    EXPECT_EQ(press.captures, 0);
-
+    EXPECT_EQ(press.report(), kTarget +
+                                  L"[Capture] CDR main thread is responsive right now. Click "
+                                  L"'Capture Now' again while it hangs.\n");
     press.responsive = false;
     press.capture.error = L"Why it failed.";
     press.instance.version.clear();
-    EXPECT_EQ(press.report(), (Lines{L"[Capture] Target: PID 4711  Version (unknown)",
-                                     L"[Capture] Failed: Why it failed."}));
-    EXPECT_EQ(press.captures, 1);
+    EXPECT_EQ(press.report(),
+              L"[Capture] Target: PID 4711  Version (unknown)\n[Capture] Failed: Why it failed.\n");
 
-    EXPECT_EQ(press.last.frames.size(), 1U);
+    ASSERT_EQ(press.last.frames.size(), 1U);
+    EXPECT_EQ(press.last.frames[0].moduleName, L"kept");
     EXPECT_EQ(press.last.category, FrameCategory::font);
     EXPECT_EQ(press.last.version, L"24");
 }
 
 TEST(CaptureNow, ReportsAMatchedRuleAndEightFrames) {
     Press press;
-    LoadBuiltInRules(press.rules);
     press.capture.ok = true;
     press.capture.frames.assign(10, Frame(L"ntdll", L"NtWaitForSingleObject"));
     press.capture.frames[6] = Frame(L"slow.cpg", L"");
     press.capture.frames[8] = Frame(L"ninth", L"");
 
-    const std::wstring wait = L"  ntdll!NtWaitForSingleObject";
+    std::wstring frames;
+    for (int i = 0; i < 8; ++i)
+        frames += i == 6 ? L"  slow.cpg!(no symbol)\n" : L"  ntdll!NtWaitForSingleObject\n";
     EXPECT_EQ(press.report(),
-              (Lines{kTarget, L"===== Diagnosis =====",
-                     L"[Stuck in a third-party plugin] (severity: high)",
-                     L"The block happens inside a plugin module. Temporarily move its .cpg file "
-                     L"out of the Plugins folder to verify, then contact the plugin author or "
-                     L"find a replacement.",
-                     L"--- Top 8 frames ---", wait, wait, wait, wait, wait, wait,
-                     L"  slow.cpg!(no symbol)", wait, L""}));
-    EXPECT_EQ(press.last.frames.size(), 10U);
+              kTarget +
+                  L"===== Diagnosis =====\n"
+                  L"[Stuck in a third-party plugin] (severity: high)\n"
+                  L"The block happens inside a plugin module. Temporarily move its .cpg file "
+                  L"out of the Plugins folder to verify, then contact the plugin author or "
+                  L"find a replacement.\n--- Top 8 frames ---\n" +
+                  frames + L"\n");
+    ASSERT_EQ(press.last.frames.size(), 10U);
     EXPECT_EQ(press.last.frames[8].moduleName, L"ninth");
     EXPECT_EQ(press.last.category, FrameCategory::plugin);
     EXPECT_EQ(press.last.version, L"25.0.0.230");
 }
 
 TEST(CaptureNow, ReportsAnUnmatchedSuspect) {
-    constexpr const wchar_t* kHeads[] = {L"===== Diagnosis =====", L"--- Top 8 frames ---"};
-    constexpr const wchar_t* kThirdParty =
-        L"This component is not part of CDR itself - submit the signature to confirm its source.";
-    constexpr const wchar_t* kUnclassified =
-        L"Copy the raw stack, or click 'Submit Unknown' to help improve the signature database.";
+    const std::wstring thirdParty =
+        L"This component is not part of CDR itself - submit the signature to confirm its source.\n";
     const struct {
         std::vector<StackFrame> frames;
-        Lines diagnosis;
-        Lines shownFrames;
+        std::wstring diagnosis;
+        std::wstring shownFrames;
     } cases[] = {
         {{Frame(L"ntdll", L""), Frame(L"hook", L"OnMouse"), Frame(L"", L"main")},
-         {L"[Blocked in a third-party component]  Suspect module: hook", kThirdParty, kNoMatch},
-         {L"  ntdll!(no symbol)", L"  hook!OnMouse", L"  ?!main"}},
+         L"[Blocked in a third-party component]  Suspect module: hook\n" + thirdParty,
+         L"  ntdll!(no symbol)\n  hook!OnMouse\n  ?!main\n"},
         {{Frame(L"", L"")},
-         {L"[Blocked in a third-party component]", kThirdParty, kNoMatch},
-         {L"  ?!(no symbol)"}},
+         L"[Blocked in a third-party component]\n" + thirdParty,
+         L"  ?!(no symbol)\n"},
         {{Frame(L"user32", L"GetMessageW")},
-         {L"[Could not classify automatically]  Suspect module: System-level wait (submit to "
-          L"analyze further)",
-          kUnclassified, kNoMatch},
-         {L"  user32!GetMessageW"}},
+         L"[Could not classify automatically]  Suspect module: System-level wait (submit to "
+         L"analyze further)\nCopy the raw stack, or click 'Submit Unknown' to help improve the "
+         L"signature database.\n",
+         L"  user32!GetMessageW\n"},
     };
     for (const auto& c : cases) {
         Press press;
-        LoadBuiltInRules(press.rules);
         press.capture = {true, {}, c.frames};
-        Lines expected = {kTarget, kHeads[0]};
-        expected.insert(expected.end(), c.diagnosis.begin(), c.diagnosis.end());
-        expected.push_back(kHeads[1]);
-        expected.insert(expected.end(), c.shownFrames.begin(), c.shownFrames.end());
-        expected.push_back(L"");
-        EXPECT_EQ(press.report(), expected);
+        EXPECT_EQ(press.report(), kTarget + L"===== Diagnosis =====\n" + c.diagnosis +
+                                      L"  (No signature matched - you may click 'Submit Unknown' "
+                                      L"to feed the community database anonymously.)\n"
+                                      L"--- Top 8 frames ---\n" +
+                                      c.shownFrames + L"\n");
     }
 }

@@ -47,20 +47,14 @@ TEST(Rules, StartWithTheBuiltInFour) {
 }
 
 TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
-    for (const char* text : {
-             "",
-             "no JSON",
-             R"({"version":9,"rules":[{"id":"a","title":"t"}])",
-             R"([{"id":"a","title":"t"}])",
-             R"({"version":9})",
-             R"({"version":9,"rules":{"id":"a","title":"t"}})",
-             R"({"version":9,"rules":[]})",
-             R"({"version":9,"rules":["a",1,null,[{"id":"a","title":"t"}]]})",
-             R"({"version":9,"rules":[{"title":"t"},{"id":"","title":"t"},{"id":1,"title":"t"}]})",
-             R"({"version":9,"rules":[{"id":"font-enum-001","advice":"no title"}]})",
-             R"({"version":9,"rules":[{"id":"a","title":["t"]}]})",
-             R"({"version":4,"rules":[{"id":"a","title":"older"}]})",
-         }) {
+    for (const char* text :
+         {"", "no JSON", R"([{"id":"a","title":"t"}])", R"({"version":9})", R"({"rules":[]})",
+          R"({"version":9,"rules":[{"id":"a","title":"t"}])",
+          R"({"version":9,"rules":{"id":"a","title":"t"}})",
+          R"({"version":9,"rules":["a",1,null,[{"id":"a","title":"t"}]]})",
+          R"({"version":9,"rules":[{"title":"t"},{"id":"","title":"t"},{"id":1,"title":"t"}]})",
+          R"({"version":9,"rules":[{"id":"font-enum-001","advice":"x"},{"id":"a","title":["t"]}]})",
+          R"({"version":4,"rules":[{"id":"a","title":"older"}]})"}) {
         SignatureRuleBase base = BaseOfVersion(5);
         EXPECT_FALSE(MergeRuleDocument(base, text)) << text;
         EXPECT_EQ(Shown(base), Shown(BaseOfVersion(5))) << text;
@@ -69,37 +63,26 @@ TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
 
 TEST(MergeRuleDocument, KeepsTheNewestVersion) {
     const struct {
-        const char* version;
         bool accepted;
         int versionAfter;
+        std::vector<const char*> versions;
     } cases[] = {
-        {"0", true, 5},
-        {"null", true, 5},
-        {"\"9\"", true, 5},
-        {"0.9", true, 5},
-        {"-7", true, 5},
-        {"-1e300", true, 5},
-        {"-1e999", true, 5},
-        {"1", false, 5},
-        {"4.9", false, 5},
-        {"5", true, 5},
-        {"5.9", true, 5},
-        {"6.9", true, 6},
-        {"2147483648", true, 2147483647},
-        {"1e300", true, 2147483647},
-        {"1e999", true, 2147483647},
+        {true, 5, {"0", "null", "\"9\"", "0.9", "-7", "-1e300", "-1e999", "5", "5.9"}},
+        {false, 5, {"1", "4.9"}},
+        {true, 6, {"6.9"}},
+        {true, 2147483647, {"2147483648", "1e300", "1e999"}},
     };
-    for (const auto& c : cases) {
-        SignatureRuleBase base = BaseOfVersion(5);
-        const std::string text =
-            std::string(R"({"version":)") + c.version + R"(,"rules":[{"id":"a","title":"t"}]})";
-        EXPECT_EQ(MergeRuleDocument(base, text), c.accepted) << c.version;
-        EXPECT_EQ(base.version, c.versionAfter) << c.version;
-        EXPECT_EQ(base.rules.size(), c.accepted ? 5U : 4U) << c.version;
+    for (const auto& [accepted, versionAfter, versions] : cases) {
+        for (const std::string version : versions) {
+            SignatureRuleBase base = BaseOfVersion(5);
+            EXPECT_EQ(MergeRuleDocument(
+                          base, R"({"rules":[{"id":"a","title":"t"}],"version":)" + version + "}"),
+                      accepted)
+                << version;
+            EXPECT_EQ(base.version, versionAfter) << version;
+            EXPECT_EQ(base.rules.size(), accepted ? 5U : 4U) << version;
+        }
     }
-    SignatureRuleBase base = BaseOfVersion(5);
-    EXPECT_TRUE(MergeRuleDocument(base, R"({"rules":[{"id":"a","title":"t"}]})"));
-    EXPECT_EQ(base.version, 5);
 }
 
 TEST(MergeRuleDocument, ReadsEveryFieldAndItsDefault) {
@@ -107,50 +90,40 @@ TEST(MergeRuleDocument, ReadsEveryFieldAndItsDefault) {
         const char* element;
         const char* rule;
     } cases[] = {
-        {R"({"id":"a","category":"font","module":"m","func":"f","title":"t","severity":"high",
-             "advice":"x","more":[1]})",
+        {R"("category":"font","module":"m","func":"f","severity":"high","advice":"x","more":[1])",
          "a 2|m|f|t|high|x"},
-        {R"({"id":"a","title":"t"})", "a 7|||t|medium|"},
-        {R"({"id":"a","title":"t","severity":3,"module":4,"func":null,"advice":{},"category":1})",
-         "a 7|||t|medium|"},
-        {R"({"id":"a","title":"t","severity":""})", "a 7|||t||"},
-        {R"({"id":"Größe","title":"Größe","module":"字体","func":"\uD83D\uDE00","advice":"😀"})",
-         "Größe 7|字体|😀|Größe|medium|😀"},
-        {R"({"id":"a","title":"t","category":"plugin"})", "a 0|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"print"})", "a 1|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"Print"})", "a 7|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"ole"})", "a 3|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"cdr_core"})", "a 4|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"third_party"})", "a 5|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"system_only"})", "a 6|||t|medium|"},
-        {R"({"id":"a","title":"t","category":"unknown"})", "a 7|||t|medium|"},
+        {R"("severity":3,"module":4,"func":null,"advice":{},"category":1)", "a 7|||t|medium|"},
+        {R"("severity":"","module":"字体","func":"\uD83D\uDE00","advice":"😀")", "a 7|字体|😀|t||😀"},
+        {R"("category":"plugin")", "a 0|||t|medium|"},
+        {R"("category":"print")", "a 1|||t|medium|"},
+        {R"("category":"Print")", "a 7|||t|medium|"},
+        {R"("category":"ole")", "a 3|||t|medium|"},
+        {R"("category":"cdr_core")", "a 4|||t|medium|"},
+        {R"("category":"third_party")", "a 5|||t|medium|"},
+        {R"("category":"system_only")", "a 6|||t|medium|"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [element, rule] : cases) {
         SignatureRuleBase base;
-        EXPECT_TRUE(MergeRuleDocument(base, std::string(R"({"rules":[)") + c.element + "]}"));
-        ASSERT_EQ(base.rules.size(), 1U) << c.element;
-        EXPECT_EQ(Shown(base.rules[0]), c.rule);
+        EXPECT_TRUE(MergeRuleDocument(
+            base, std::string(R"({"rules":[{"id":"a","title":"t",)") + element + "}]}"));
+        ASSERT_EQ(base.rules.size(), 1U) << element;
+        EXPECT_EQ(Shown(base.rules[0]), rule);
     }
-    // As many units as the platform's wide text needs for one character.
-    SignatureRuleBase base;
-    MergeRuleDocument(base, R"({"rules":[{"id":"a","title":"\uD83D\uDE00"}]})");
-    EXPECT_EQ(base.rules[0].title, L"\U0001F600");
 }
 
 TEST(MergeRuleDocument, ReplacesInPlaceAndAppends) {
     SignatureRuleBase base = BaseOfVersion(0);
     ASSERT_TRUE(MergeRuleDocument(base, R"({"version":3,"rules":[
-        {"id":"new","title":"first"},
+        {"id":"Größe","title":"first"},
         "skipped",
         {"id":"font-enum-001","title":"fonts","func":"EnumFonts"},
         {"id":"FONT-ENUM-001","title":"another id"},
-        {"id":"new","title":"second"},
+        {"id":"Größe","title":"second"},
         {"title":"without id"}]})"));
     SignatureRuleBase expected = BaseOfVersion(3);
-    expected.rules[1] = {
-        "font-enum-001", FrameCategory::unknown, L"", L"EnumFonts", L"fonts", L"medium", L""};
-    expected.rules.push_back({"new", FrameCategory::unknown, L"", L"", L"second", L"medium", L""});
-    expected.rules.push_back(
-        {"FONT-ENUM-001", FrameCategory::unknown, L"", L"", L"another id", L"medium", L""});
+    constexpr auto kUnknown = FrameCategory::unknown;
+    expected.rules[1] = {"font-enum-001", kUnknown, L"", L"EnumFonts", L"fonts", L"medium", L""};
+    expected.rules.push_back({"Größe", kUnknown, L"", L"", L"second", L"medium", L""});
+    expected.rules.push_back({"FONT-ENUM-001", kUnknown, L"", L"", L"another id", L"medium", L""});
     EXPECT_EQ(Shown(base), Shown(expected));
 }

@@ -306,14 +306,14 @@ class Mirelo:
         title = r"^Select CDR files to slim"
         box = wait_for(lambda: self.desktop.windows(title), "the file dialog")[0]
         for text in (windows_path(folder), " ".join(f'"{name}"' for name in names)):
-            self.desktop.run("xdotool", "windowfocus", "--sync", box, "type", "--delay", "20", text)
+            self.desktop.run("xdotool", "windowactivate", "--sync", box, "type", "--delay", "20", text)
             self.desktop.run("xdotool", "key", "Return")
         wait_for(lambda: not self.desktop.windows(title), "the end of the file dialog")
 
     def answer(self, title, key):
         """Answers a message box by its key, "y" or "n", and waits until it is gone."""
         box = wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")[0]
-        self.desktop.run("xdotool", "windowfocus", "--sync", box, "key", key)
+        self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", key)
         wait_for(lambda: box not in self.desktop.windows(f"^{title}$"), f"the end of the box {title!r}")
 
 

@@ -100,13 +100,25 @@ class Nginx:
         self.process.wait(timeout=10)
 
 
-class OddServer:
-    """A signature server with `document`, which also announces, breaks off, falls silent and drips, by
-    path. Keeps what it was asked ("GET /path") and the submissions it was sent."""
+OK = b"HTTP/1.1 200 OK\r\n"
+CHUNKED = OK + b"Transfer-Encoding: chunked\r\n\r\n"
 
-    def __init__(self, certificate, port=0):
-        self.document = b""
-        self.requests = []
+
+class OddServer:
+    """Answers each path in a way of its own, byte by byte where that takes long. Keeps what was submitted."""
+
+    ANSWERS = {
+        "/announces-more": OK + b'Content-Length: 1000\r\n\r\n{"rules":[',
+        "/closes-mid-chunk": CHUNKED + b'64\r\n{"rules":[',
+        "/no-length": OK + b'Connection: close\r\n\r\n{"rules":[]}',
+        "/chunked": CHUNKED + b'6\r\n{"rule\r\n6\r\ns":[]}\r\n0\r\n\r\n',
+        "/garbage": b"\x00\xff" * 500,
+        "/never-answers": b"",
+        "/drips-body": OK + b"Content-Length: 90\r\n\r\n",
+        "/drips-headers": OK + b"X-Slow: ",
+    }
+
+    def __init__(self, certificate):
         self.submissions = []
         self.closing = threading.Event()
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
@@ -124,19 +136,20 @@ class OddServer:
                 pass
 
             def do_GET(self):
-                outer.requests.append(f"GET {self.path}")
                 self.close_connection = True
-                if self.path == "/api/mirelo/signatures.php":
-                    self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" %
-                                     len(outer.document) + outer.document)
-                    return
-                getattr(outer, "_" + self.path.strip("/").replace("-", "_"))(self.wfile)
+                self.wfile.write(outer.ANSWERS[self.path])
+                if self.path == "/never-answers":
+                    outer.closing.wait(60)
+                if self.path.startswith("/drips"):
+                    for _ in range(90):
+                        self.wfile.write(b"x")
+                        if outer.closing.wait(1):
+                            return
 
             def do_POST(self):
-                outer.requests.append(f"POST {self.path}")
                 body = self.rfile.read(int(self.headers["Content-Length"]))
                 outer.submissions.append((self.path, dict(self.headers), body))
-                self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok")
+                self.wfile.write(OK + b"Content-Length: 2\r\n\r\nok")
 
         class Server(http.server.ThreadingHTTPServer):
             daemon_threads = True
@@ -144,47 +157,9 @@ class OddServer:
             def handle_error(self, *_):
                 pass
 
-        self._server = Server(("127.0.0.1", port), Handler)
+        self._server = Server(("127.0.0.1", 0), Handler)
         self.port = self._server.server_port
-        self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
-        self._thread.start()
-
-    @staticmethod
-    def _announces_more(out):
-        out.write(b"HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n{\"rules\":[")
-
-    @staticmethod
-    def _closes_mid_chunk(out):
-        out.write(b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n64\r\n{\"rules\":[")
-
-    @staticmethod
-    def _no_length(out):
-        out.write(b"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n{\"rules\":[]}")
-
-    @staticmethod
-    def _chunked(out):
-        out.write(b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
-                  b"6\r\n{\"rule\r\n6\r\ns\":[]}\r\n0\r\n\r\n")
-
-    @staticmethod
-    def _garbage(out):
-        out.write(b"\x00\xff" * 500)
-
-    def _never_answers(self, out):
-        self.closing.wait(60)
-
-    def _drip(self, out, data: bytes):
-        for byte in data:
-            out.write(bytes([byte]))
-            if self.closing.wait(1):
-                return
-
-    def _drips_body(self, out):
-        out.write(b"HTTP/1.1 200 OK\r\nContent-Length: 90\r\n\r\n")
-        self._drip(out, b"x" * 90)
-
-    def _drips_headers(self, out):
-        self._drip(out, b"HTTP/1.1 200 OK\r\nX-Slow: " + b"x" * 90)
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
     def close(self):
         self.closing.set()

@@ -3,8 +3,8 @@
 MIRELO_PROBE is the probe's path; MIRELO_RUN_WINDOWS the command that runs Windows programs."""
 
 import os
-import pathlib
 import subprocess
+import tempfile
 
 import pytest
 import servers
@@ -21,15 +21,21 @@ CERTIFICATES = {
 }
 
 
-class Answer:
-    def __init__(self, process, output: pathlib.Path):
-        self._process, self._output = process, output
+class Request:
+    """A probe that asks."""
 
-    def get(self):
+    def __init__(self, port, path, method="GET", body=b""):
+        command = [os.environ["MIRELO_RUN_WINDOWS"], os.environ["MIRELO_PROBE"], "localhost", str(port), method, path]
+        with tempfile.TemporaryFile() as stdin:
+            stdin.write(body)
+            stdin.seek(0)
+            self._process = subprocess.Popen(command, stdin=stdin, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def answer(self):
         """The body, and how long the caller was held."""
-        stdout, _ = self._process.communicate(timeout=60)
+        body, held_ms = self._process.communicate(timeout=60)
         assert self._process.returncode == 0
-        return self._output.read_bytes(), int(stdout)
+        return body, int(held_ms.split()[-1])
 
 
 @pytest.fixture(scope="module")
@@ -59,24 +65,9 @@ def odd(tmp_path_factory):
     server.close()
 
 
-@pytest.fixture
-def ask(tmp_path):
-    def start(port, path, method="GET", body=b"") -> Answer:
-        output = tmp_path / f"answer-{port}-{path.replace('/', '-')}"
-        body_file = tmp_path / "body"
-        body_file.write_bytes(body)
-        process = subprocess.Popen(
-            [os.environ["MIRELO_RUN_WINDOWS"], os.environ["MIRELO_PROBE"], "localhost", str(port),
-             method, path, f"Z:{body_file}" if body else "-", f"Z:{output}"],
-            stdout=subprocess.PIPE)
-        return Answer(process, output)
-
-    return start
-
-
 @pytest.mark.parametrize("certificate", CERTIFICATES)
-def test_no_certificate_is_refused(nginx, ask, certificate):
-    body, _ = ask(nginx.ports[certificate], "/good.json").get()
+def test_no_certificate_is_refused(nginx, certificate):
+    body, _ = Request(nginx.ports[certificate], "/good.json").answer()
     assert body == GOOD
 
 
@@ -89,14 +80,14 @@ def test_no_certificate_is_refused(nginx, ask, certificate):
     ("/500", b""),
     ("/two-mebibytes", b"x" * TWO_MEBIBYTES),
 ], ids=lambda value: value if isinstance(value, str) else "")
-def test_only_the_body_of_a_200_comes_back(nginx, ask, path, expected):
-    body, _ = ask(nginx.ports["self-signed"], path).get()
+def test_only_the_body_of_a_200_comes_back(nginx, path, expected):
+    body, _ = Request(nginx.ports["self-signed"], path).answer()
     assert body == expected
     assert f"GET {path} " in nginx.requests()[-1]
 
 
-def test_an_answer_over_the_limit_is_cut(nginx, ask):
-    body, _ = ask(nginx.ports["self-signed"], "/one-over").get()
+def test_an_answer_over_the_limit_is_cut(nginx):
+    body, _ = Request(nginx.ports["self-signed"], "/one-over").answer()
     assert 0 < len(body) < TWO_MEBIBYTES + 1
 
 
@@ -108,14 +99,14 @@ def test_an_answer_over_the_limit_is_cut(nginx, ask):
     ("/announces-more", [b"", b'{"rules":[']),
     ("/closes-mid-chunk", [b"", b'{"rules":[']),
 ], ids=lambda value: value if isinstance(value, str) else "")
-def test_answers_of_odd_shapes(odd, ask, path, expected):
-    body, _ = ask(odd.port, path).get()
+def test_answers_of_odd_shapes(odd, path, expected):
+    body, _ = Request(odd.port, path).answer()
     assert body in expected
 
 
-def test_a_submission_arrives_as_it_was_sent(odd, ask):
+def test_a_submission_arrives_as_it_was_sent(odd):
     sent = '{"frames":[{"module":"\u4e2d\u6587"}]}'.encode()
-    answer, _ = ask(odd.port, "/api/mirelo/submit.php", "POST", sent).get()
+    answer, _ = Request(odd.port, "/api/mirelo/submit.php", "POST", sent).answer()
     assert answer == b"ok"
     path, headers, body = odd.submissions[-1]
     assert (path, body) == ("/api/mirelo/submit.php", sent)
@@ -123,18 +114,18 @@ def test_a_submission_arrives_as_it_was_sent(odd, ask):
     assert headers["User-Agent"] == "Mirelo/0.1"
 
 
-def test_nobody_holds_the_caller(odd, ask):
+def test_nobody_holds_the_caller(odd):
     silent = servers.SilentPort()
     closed_port = servers.free_port()
     asked = {
-        "closed port": (ask(closed_port, "/"), 0, 6_000),
-        "no encryption": (ask(silent.port, "/"), 4_000, 16_000),
-        "never answers": (ask(odd.port, "/never-answers"), 4_000, 16_000),
-        "drips body": (ask(odd.port, "/drips-body"), 20_000, WHOLE_REQUEST_LIMIT_MS),
-        "drips headers": (ask(odd.port, "/drips-headers"), 4_000, WHOLE_REQUEST_LIMIT_MS),
+        "closed port": (Request(closed_port, "/"), 0, 6_000),
+        "no encryption": (Request(silent.port, "/"), 4_000, 16_000),
+        "never answers": (Request(odd.port, "/never-answers"), 4_000, 16_000),
+        "drips body": (Request(odd.port, "/drips-body"), 20_000, WHOLE_REQUEST_LIMIT_MS),
+        "drips headers": (Request(odd.port, "/drips-headers"), 4_000, WHOLE_REQUEST_LIMIT_MS),
     }
     for name, (answer, shortest_ms, longest_ms) in asked.items():
-        body, held_ms = answer.get()
+        body, held_ms = answer.answer()
         assert body == b"", name
         assert shortest_ms <= held_ms <= longest_ms, name
     silent.close()
