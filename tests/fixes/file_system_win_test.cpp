@@ -117,7 +117,7 @@ TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
     }
     // A folder whose name only begins like the base is not below it.
     EXPECT_EQ(files.inspect(base + L"-not\\x").result.outcome, FileOutcome::outside);
-    EXPECT_EQ(SnapshotOf(outside, false).size(), 1U);
+    EXPECT_EQ(SnapshotOf(outside).size(), 1U);
     EXPECT_EQ(ReadStaged(outside + L"\\victim.bin"), "victim");
 }
 

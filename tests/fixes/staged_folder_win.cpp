@@ -147,38 +147,40 @@ bool MakeFileLink(const std::wstring& link, const std::wstring& target) {
     return makeUnixLink(link, target);
 }
 
-int RunToEnd(std::wstring commandLine) {
+KernelHandle StartProgram(std::wstring commandLine) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
     if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW,
                         nullptr, nullptr, &startup, &info)) {
-        return -1;
+        return {};
     }
-    const KernelHandle process(info.hProcess), thread(info.hThread);
-    DWORD code = 0;
-    if (WaitForSingleObject(process.get(), 60'000) != WAIT_OBJECT_0) {
-        TerminateProcess(process.get(), 1);
-        return -1;
-    }
-    GetExitCodeProcess(process.get(), &code);
+    CloseHandle(info.hThread);
+    return KernelHandle(info.hProcess);
+}
+
+int RunToEnd(std::wstring commandLine) {
+    const KernelHandle process = StartProgram(std::move(commandLine));
+    DWORD code = static_cast<DWORD>(-1);
+    if (process && WaitForSingleObject(process.get(), 60'000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.get(), &code);
     return static_cast<int>(code);
 }
 
-std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder, bool hasFolderTimes) {
+std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder) {
     std::map<std::wstring, std::string> seen;
     forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
         const DWORD attributes = found.dwFileAttributes;
         const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         std::ostringstream text;
         text << (isLink(attributes) ? "link " : isFolder ? "folder " : "file ");
-        if (!isFolder || hasFolderTimes)
+        if (!isFolder)
             text << found.ftLastWriteTime.dwHighDateTime << ':'
                  << found.ftLastWriteTime.dwLowDateTime;
         if (!isFolder) text << ' ' << attributes << ' ' << ReadStaged(folder + L"\\" + name);
         seen[name] = text.str();
         if (!isFolder || isLink(attributes)) return;
-        for (auto& [path, inner] : SnapshotOf(folder + L"\\" + name, hasFolderTimes))
+        for (auto& [path, inner] : SnapshotOf(folder + L"\\" + name))
             seen[name + L"\\" + path] = std::move(inner);
     });
     return seen;
