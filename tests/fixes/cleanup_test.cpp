@@ -103,19 +103,6 @@ struct Stage {
     BackupWorld world;
 };
 
-// The paths that differ, one a line.
-std::string difference(const Snapshot& now, const Snapshot& before) {
-    std::set<std::wstring> paths;
-    for (const auto& [path, node] : before)
-        if (!now.contains(path) || now.at(path) != node) paths.insert(path);
-    for (const auto& [path, node] : now)
-        if (!before.contains(path)) paths.insert(path);
-    std::string text;
-    for (const std::wstring& path : paths)
-        text += utf8FromWide(path) + "\n";
-    return text;
-}
-
 }  // namespace
 
 class CleanupOnBothVolumes : public testing::TestWithParam<const std::wstring*> {};
@@ -135,7 +122,7 @@ TEST_P(CleanupOnBothVolumes, MovesThePlanAndRestoreBringsItBack) {
                                    L"; the empty backup was removed\n");
     EXPECT_EQ(stage.files.find(backup), nullptr);
     EXPECT_EQ(stage.restore(), L"[Restore] There is no backup to restore.\n");
-    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_EQ(DifferenceOf(stage.profile(), before), "");
 }
 
 TEST_P(CleanupOnBothVolumes, LosesNothingWhereverItIsKilled) {
@@ -153,7 +140,7 @@ TEST_P(CleanupOnBothVolumes, LosesNothingWhereverItIsKilled) {
         if (step % 3 == 0) stage.clean();
         for (int i = 0; i < 3; ++i)
             stage.restore();
-        ASSERT_EQ(difference(stage.profile(), before), "") << "killed at step " << step;
+        ASSERT_EQ(DifferenceOf(stage.profile(), before), "") << "killed at step " << step;
         ASSERT_TRUE(stage.backups().empty());
     }
 }
@@ -172,7 +159,7 @@ TEST_P(CleanupOnBothVolumes, RestoreFinishesWhereverItIsKilled) {
             // Killed once more, a little further on.
             stage.isKilled(step % 7 + 1, [&] { stage.restore(); });
             stage.restore();
-            ASSERT_EQ(difference(stage.profile(), before), "") << "killed at step " << step;
+            ASSERT_EQ(DifferenceOf(stage.profile(), before), "") << "killed at step " << step;
             ASSERT_TRUE(stage.backups().empty()) << "killed at step " << step;
         }
     }
@@ -206,7 +193,7 @@ TEST(Cleanup, KeepsNoBackupWhenNothingCouldBeMoved) {
         stage.files.find(item.path)->isInUse = !item.isFolder;
     const Snapshot before = stage.profile();
     ExecuteCleanup(stage.world, plan, stage.newBackup());
-    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_EQ(DifferenceOf(stage.profile(), before), "");
     EXPECT_TRUE(stage.backups().empty());
 }
 
@@ -228,7 +215,7 @@ TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
         for (const auto& [path, node] : stage.files.snapshot(kFar))
             EXPECT_FALSE(path.ends_with(L"part") || path.ends_with(L".new"));
         RestoreNewestBackup(stage.world);
-        ASSERT_EQ(difference(stage.profile(), before), "") << room;
+        ASSERT_EQ(DifferenceOf(stage.profile(), before), "") << room;
     }
 }
 
@@ -245,7 +232,7 @@ TEST(Cleanup, AsksOnlyWhenThereIsSomethingAndMovesOnlyAfterYes) {
                          [](std::wstring) {}};
     const Snapshot before = stage.profile();
     OnCleanup(shell, stage.world);
-    EXPECT_EQ(difference(stage.profile(), before), "");
+    EXPECT_EQ(DifferenceOf(stage.profile(), before), "");
     EXPECT_EQ(joined(log), L"[Cleanup] Cancelled, nothing was moved.\n");
 
     stage.isCorelRunning = answer = true;
@@ -307,7 +294,7 @@ TEST(Restore, TouchesNothingWhenTheListIsDamagedOrGone) {
         const auto before = stage.files.snapshot(L"C:");
         EXPECT_TRUE(
             stage.restore().starts_with(L"[Restore] Failed: the list of the backup " + backup));
-        EXPECT_EQ(difference(stage.files.snapshot(L"C:"), before), "");
+        EXPECT_EQ(DifferenceOf(stage.files.snapshot(L"C:"), before), "");
     }
 }
 

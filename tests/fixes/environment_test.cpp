@@ -8,11 +8,6 @@ using Lines = std::vector<std::wstring>;
 
 constexpr std::uint64_t kEightGiB = 8589934592;
 
-// A machine with nothing to advise.
-EnvironmentFacts healthy() {
-    return {{L"Office", false, false, false}, 800, 10001, kEightGiB};
-}
-
 Lines reportOf(const EnvironmentFacts& facts) {
     Lines log;
     Shell shell;
@@ -27,7 +22,7 @@ Lines reportOf(const EnvironmentFacts& facts) {
 }  // namespace
 
 TEST(EnvironmentCheck, ReportsEveryItemWithItsAdvice) {
-    EXPECT_EQ(reportOf(healthy()),
+    EXPECT_EQ(reportOf({{L"Office", false, false, false}, 800, 10001, kEightGiB}),
               (Lines{L"===== Environment Check =====", L"[OK] Default printer: Office",
                      L"[OK] Installed fonts: 800 fonts", L"[OK] GDI handle quota: 10001",
                      L"[OK] Physical memory: 8192 MB", L""}));
@@ -50,19 +45,4 @@ TEST(EnvironmentCheck, ReportsEveryItemWithItsAdvice) {
             L""}));
     EXPECT_EQ(reportOf({}).at(1), L"[OK] Installed fonts: 0 fonts");
     EXPECT_EQ(reportOf({}).at(4), L"[WARN] Physical memory: 0 MB");
-}
-
-TEST(EnvironmentCheck, RatesBetweenTheOuterBounds) {
-    EnvironmentFacts facts = healthy();
-    facts.printer = {L"Print to PDF", false, false, true};
-    EXPECT_EQ(reportOf(facts).at(1),
-              L"[OK] Default printer: Print to PDF (virtual printer - best practice)");
-    for (const int fontCount : {801, 1500}) {
-        facts.fontCount = fontCount;
-        EXPECT_EQ(reportOf(facts).at(2),
-                  L"[WARN] Installed fonts: " + std::to_wstring(fontCount) + L" fonts");
-        EXPECT_EQ(
-            reportOf(facts).at(3),
-            L"    -> Font count is on the high side; consider trimming if startup feels slow.");
-    }
 }

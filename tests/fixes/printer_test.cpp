@@ -94,53 +94,33 @@ TEST(DefaultPrinter, IsJudgedByPortAttributesAndStatus) {
     EXPECT_FALSE(JudgeDefaultPrinter(L"", {&unnamed, 1}).isNetwork);
 }
 
-TEST(TempPrinter, SwitchesAfterYesAndRestoresWithoutAsking) {
+TEST(TempPrinter, IsSwitchedAfterYesAndPutBackWithoutAsking) {
     Desk desk;
+    const auto press = [&](const std::wstring& current, bool answer, bool refuse) {
+        desk.current = current;
+        desk.answer = answer;
+        desk.refuse = refuse;
+        return desk.press();
+    };
+    EXPECT_EQ(press(L"Office", false, false), Journal{kQuestion});
+    EXPECT_EQ(press(L"Office", true, true), (Journal{kQuestion, kFailed}));
+    EXPECT_EQ(press(L"", true, false), (Journal{kQuestion, kFailed}));
+    EXPECT_EQ(press(L"Print to PDF, far", true, false), (Journal{kQuestion, kFailed}));
+    EXPECT_EQ(desk.current, L"Print to PDF, far");
     for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(desk.press(), (Journal{kQuestion, kSwitched, kActive}));
+        EXPECT_EQ(press(L"Office", true, false), (Journal{kQuestion, kSwitched, kActive}));
         EXPECT_EQ(desk.current, L"Microsoft Print to PDF");
-        EXPECT_EQ(desk.press(), (Journal{kRestored, L"status "}));
+        EXPECT_EQ(press(L"Other", false, true), Journal{}) << "refused";
+        EXPECT_EQ(press(L"Other", false, false), (Journal{kRestored, L"status "}));
         EXPECT_EQ(desk.current, L"Office");
     }
-}
-
-TEST(TempPrinter, ChangesNothingWithoutASwitch) {
-    const struct {
-        const wchar_t* current;
-        bool answer;
-        bool refuse;
-        Journal journal;
-    } cases[] = {
-        {L"Office", false, false, {kQuestion}},
-        {L"Office", true, true, {kQuestion, kFailed}},
-        {L"", true, false, {kQuestion, kFailed}},
-        {L"Print to PDF of the office", true, false, {kQuestion, kFailed}},
-    };
-    for (const auto& c : cases) {
-        Desk desk{c.answer, c.refuse, c.current, {}, {}, {}};
-        EXPECT_EQ(desk.press(), c.journal) << c.current;
-        desk.refuse = false;
-        RestoreDefaultPrinterAtExit(desk.state, desk.printers());
-        EXPECT_EQ(desk.current, c.current);
-    }
-}
-
-TEST(TempPrinter, TriesARefusedRestoreAgainAndAtExit) {
-    Desk desk;
-    desk.press();
-    desk.refuse = true;
-    EXPECT_EQ(desk.press(), Journal{});
-    EXPECT_EQ(desk.press(), Journal{});
-    desk.refuse = false;
     RestoreDefaultPrinterAtExit(desk.state, desk.printers());
     EXPECT_EQ(desk.current, L"Office");
-}
 
-TEST(TempPrinter, ForgetsNothingWhenTheQuestionIsAskedTwice) {
     // The question has no owner window, so the button can be pressed again while it stands.
-    Desk desk;
+    desk.answer = true;
     desk.whileAsking = [&] { desk.press(); };
     EXPECT_EQ(desk.press(), (Journal{kQuestion, kSwitched, kActive, kFailed}));
-    EXPECT_EQ(desk.press(), (Journal{kRestored, L"status "}));
+    RestoreDefaultPrinterAtExit(desk.state, desk.printers());
     EXPECT_EQ(desk.current, L"Office");
 }

@@ -40,7 +40,3 @@ int RunToEnd(std::wstring commandLine);
 /// A description of everything below a folder by its path from there: type, contents, attributes,
 /// time of change of files. Links are not entered.
 std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder);
-
-/// The paths that differ, one a line.
-std::string DifferenceOf(const std::map<std::wstring, std::string>& now,
-                         const std::map<std::wstring, std::string>& before);
