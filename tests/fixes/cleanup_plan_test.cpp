@@ -70,11 +70,12 @@ TEST(CleanupPlan, LeavesLinksAndNamesThatCannotBeWrittenDown) {
     files.add(suites + L"X9\\Draw\\PreviewCache\\hidden.png", "x");
     files.add(kStagedRoots[2] + L"\\CDR1.tmp", "", EntryType::link);
     const std::wstring cache = kStagedRoots[2] + L"\\Corel\\";
-    for (const std::wstring& name : {std::wstring{L'a', static_cast<wchar_t>(0xD83D)},
-                                     std::wstring(L"a:b"), std::wstring(L"a\x01")})
+    for (const std::wstring& name :
+         {std::wstring{L'a', static_cast<wchar_t>(0xD83D)}, std::wstring(L"a:b"),
+          std::wstring(L"a\x01"), std::wstring(L"a."), std::wstring(L"a ")})
         files.add(cache + name, "x");
-    files.add(cache + L"fine. ", "x");
-    EXPECT_EQ(pathsOf(planOf(files), false), Paths{cache + L"fine. "});
+    files.add(cache + L"fine.a", "x");
+    EXPECT_EQ(pathsOf(planOf(files), false), Paths{cache + L"fine.a"});
 }
 
 TEST(CleanupPlan, TakesAFileOnceWhereRootsOverlap) {
