@@ -201,6 +201,9 @@ def test_caches_go_to_a_backup_and_come_back(fix_page, wine):
         report = app.wait_for_report("[Cleanup] [OK] 2 files")
         assert "[Cleanup] Crash reports: 1 file moved" in report
         assert not dump.exists() and not preview.exists() and foreign.exists()
+        app.click(CLEANUP)
+        app.wait_for_report("[Cleanup] Nothing to clean up: no crash reports, temporary files or thumbnail caches of "
+                            "CorelDRAW were found.")
         app.click(RESTORE)
         app.wait_for_report("[Restore] [OK] 2 files")
         assert {path: path.read_bytes() for path in contents} == contents

@@ -28,7 +28,7 @@ std::wstring joined(const std::vector<std::wstring>& lines) {
 
 struct Stage {
     explicit Stage(std::wstring toolFolder = kNear)
-        : world{files, kStagedRoots, std::move(toolFolder), [this] { return isCorelRunning; },
+        : world{files, kStagedRoots, std::move(toolFolder), [] { return false; },
                 [this] {
                     return BackupWorld::Now{utc, utc + 36'000'000'000};
                 }} {
@@ -98,7 +98,6 @@ struct Stage {
     }
 
     FakeFileSystem files;
-    bool isCorelRunning = false;
     FileTicks utc = 133'500'000'000'000'000;
     BackupWorld world;
 };
@@ -217,32 +216,6 @@ TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
         RestoreNewestBackup(stage.world);
         ASSERT_EQ(DifferenceOf(stage.profile(), before), "") << room;
     }
-}
-
-TEST(Cleanup, AsksOnlyWhenThereIsSomethingAndMovesOnlyAfterYes) {
-    Stage stage;
-    std::vector<std::wstring> log, questions;
-    bool answer = false;
-    const Shell shell = {[&](std::wstring line) { log.push_back(std::move(line)); },
-                         [&](const std::wstring& text, const std::wstring&, ConfirmStyle style) {
-                             EXPECT_EQ(style, ConfirmStyle::warning);
-                             questions.push_back(text);
-                             return answer;
-                         },
-                         [](std::wstring) {}};
-    const Snapshot before = stage.profile();
-    OnCleanup(shell, stage.world);
-    EXPECT_EQ(DifferenceOf(stage.profile(), before), "");
-    EXPECT_EQ(joined(log), L"[Cleanup] Cancelled, nothing was moved.\n");
-
-    stage.isCorelRunning = answer = true;
-    OnCleanup(shell, stage.world);
-    EXPECT_EQ(log.size(), 5U);
-    OnCleanup(shell, stage.world);
-    EXPECT_TRUE(log.back().starts_with(L"[Cleanup] Nothing to clean up"));
-    ASSERT_EQ(questions.size(), 2U);
-    EXPECT_EQ(questions[0].find(L"running"), std::wstring::npos);
-    EXPECT_NE(questions[1].find(L"running"), std::wstring::npos);
 }
 
 TEST(Restore, LeavesWhatIsNewerInPlaceAndSaysSo) {

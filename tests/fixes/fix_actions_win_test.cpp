@@ -17,28 +17,10 @@
 
 namespace {
 
-// A key of this test's own, removed at its end.
-class StagedKey {
-  public:
-    StagedKey() : path_(L"Software\\MireloTest-" + decimalUnsigned(GetCurrentProcessId())) {
-        remove();
-    }
-    ~StagedKey() { remove(); }
-    StagedKey(const StagedKey&) = delete;
-    StagedKey& operator=(const StagedKey&) = delete;
-
-    [[nodiscard]] const std::wstring& path() const { return path_; }
-    void remove() const { RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str()); }
-
-  private:
-    std::wstring path_;
-};
-
 void writeKey(const std::wstring& path, const std::vector<RegistryValue>& values) {
     RegistryKey key;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                              nullptr, key.receive(), nullptr),
-              ERROR_SUCCESS);
+    RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                    key.receive(), nullptr);
     for (const RegistryValue& value : values)
         ASSERT_EQ(RegSetValueExW(key.get(), value.name.c_str(), 0, value.type, value.data.data(),
                                  static_cast<DWORD>(value.data.size())),
@@ -95,12 +77,11 @@ std::vector<RegistryValue> hardValues() {
 }  // namespace
 
 TEST(SettingsOnWindows, ImportGivesBackExactlyWhatWasExported) {
-    const StagedKey key;
+    const std::wstring key = L"Software\\MireloTest-" + decimalUnsigned(GetCurrentProcessId());
     const StagedFolder folder;
-    writeKey(key.path(), hardValues());
-    writeKey(key.path() + L"\\[sub] key=\u4E2D;\"x\"\\deep",
-             {{L"v", kRegistryNumber, DataOfNumber(7)}});
-    const auto before = readSorted(key.path());
+    writeKey(key, hardValues());
+    writeKey(key + L"\\[sub] key=\u4E2D;\"x\"\\deep", {{L"v", kRegistryNumber, DataOfNumber(7)}});
+    const auto before = readSorted(key);
     ASSERT_TRUE(before);
     ASSERT_EQ(before->size(), 3U);
     EXPECT_EQ((*before)[0].values.size(), hardValues().size());
@@ -108,24 +89,25 @@ TEST(SettingsOnWindows, ImportGivesBackExactlyWhatWasExported) {
     WindowsRegistry registry;
     WindowsFileSystem files({folder.path()});
     const std::wstring file = folder.path() + L"\\settings.reg";
-    const auto text = WriteRegistryExport(*ReadTree(registry, key.path()));
+    const auto text = WriteRegistryExport(*ReadTree(registry, key));
     ASSERT_TRUE(files.writeNew(file, text.value_or("")).isDone());
 
     // Once over values that were changed, once into nothing.
     for (const bool isGone : {false, true}) {
         if (isGone) {
-            key.remove();
+            RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
         } else {
             for (RegistryValue value : hardValues()) {
                 value.type = kRegistryText;
                 value.data = DataOfText(L"changed");
-                ASSERT_EQ(registry.setValue(key.path(), value), 0U);
+                ASSERT_EQ(registry.setValue(key, value), 0U);
             }
         }
-        EXPECT_NE(readSorted(key.path()), before);
+        EXPECT_NE(readSorted(key), before);
         ASSERT_EQ(RunToEnd(L"reg.exe import \"" + file + L"\""), 0);
-        EXPECT_TRUE(readSorted(key.path()) == before) << isGone;
+        EXPECT_TRUE(readSorted(key) == before) << isGone;
     }
+    RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
 }
 
 TEST(FixActions, WaitForNoOtherProgram) {
