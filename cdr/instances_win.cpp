@@ -4,11 +4,8 @@
 
 #include <windows.h>
 
-#include <tlhelp32.h>
-
-#include <cwchar>
-
 #include "base/handle_win.h"
+#include "base/process_win.h"
 #include "cdr/version_string_win.h"
 
 namespace {
@@ -44,17 +41,9 @@ void ReadExecutable(CdrInstance& instance) {
 
 std::vector<CdrInstance> EnumerateCdrInstances() {
     std::vector<CdrInstance> instances;
-    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    if (!snapshot) return instances;
-
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
-         more = Process32NextW(snapshot.get(), &entry)) {
-        if (_wcsicmp(entry.szExeFile, L"CorelDRW.exe") != 0) continue;
-
+    for (const DWORD pid : processesNamed(L"CorelDRW.exe")) {
         CdrInstance instance;
-        instance.pid = entry.th32ProcessID;
+        instance.pid = pid;
         ReadExecutable(instance);
 
         MainWindowSearch search{instance.pid, nullptr, 0};

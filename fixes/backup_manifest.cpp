@@ -12,19 +12,10 @@ constexpr std::string_view kFormat = "mirelo-cleanup-backup";
 constexpr int kVersion = 1;
 constexpr double kLargestExact = 9007199254740992.0;  // 2^53
 
-std::string narrow(std::uint64_t number) {
-    return utf8FromWide(decimalUnsigned(number));
-}
-
+// Nothing that is written here has control characters.
 std::string quoted(std::string_view text) {
-    constexpr char kHex[] = "0123456789abcdef";
     std::string json = "\"";
     for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20) {
-            json += {'\\', 'u', '0', '0', kHex[byte >> 4], kHex[byte & 15]};
-            continue;
-        }
         if (c == '"' || c == '\\') json.push_back('\\');
         json.push_back(c);
     }
@@ -43,10 +34,10 @@ void appendEntry(ManifestText& text, const ManifestEntry& entry) {
     text.json += item.isFolder ? "\", \"type\": \"folder\"" : "\", \"type\": \"file\"";
     text.json += ", \"kind\": ";
     text.json += quoted(kCacheKindNames[static_cast<std::size_t>(item.kind)].id);
-    text.json += ", \"size\": " + narrow(item.stamp.size);
+    text.json += ", \"size\": " + std::to_string(item.stamp.size);
     text.json += ", \"created\": " + quoted(FormatTimestamp(item.stamp.created));
     text.json += ", \"modified\": " + quoted(FormatTimestamp(item.stamp.modified));
-    text.json += ", \"attributes\": " + narrow(item.stamp.attributes);
+    text.json += ", \"attributes\": " + std::to_string(item.stamp.attributes);
     text.json += ", \"path\": " + quoted(item.path);
     text.json += ", \"backup\": " + quoted(item.backupPath) + "}";
 }
@@ -125,9 +116,9 @@ ManifestReading damaged(std::wstring why) {
 
 ManifestText WriteManifest(const Manifest& manifest) {
     ManifestText text;
-    text.json = "{\n  \"format\": " + quoted(kFormat) + ",\n  \"version\": " + narrow(kVersion) +
-                ",\n  \"created\": " + quoted(FormatTimestamp(manifest.created)) +
-                ",\n  \"entries\": [";
+    text.json =
+        "{\n  \"format\": " + quoted(kFormat) + ",\n  \"version\": " + std::to_string(kVersion) +
+        ",\n  \"created\": " + quoted(FormatTimestamp(manifest.created)) + ",\n  \"entries\": [";
     const char* separator = "\n";
     for (const ManifestEntry& entry : manifest.entries) {
         text.json += separator;

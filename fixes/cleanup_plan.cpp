@@ -53,7 +53,8 @@ bool CanBeRecorded(std::wstring_view relative) {
     for (std::size_t start = 0; start <= relative.size();) {
         const std::size_t end = std::min(relative.find(L'\\', start), relative.size());
         const std::wstring_view name = relative.substr(start, end - start);
-        if (name.empty() || name == L"." || name == L"..") return false;
+        // Explorer cannot handle the last two, which include "." and "..".
+        if (name.empty() || name.back() == L'.' || name.back() == L' ') return false;
         start = end + 1;
     }
     // A file name is any run of 16-bit units; a lone surrogate has no UTF-8 form.

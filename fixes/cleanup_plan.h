@@ -54,8 +54,8 @@ struct CleanupPlan {
 /// A manifest beyond this size is neither made nor read; it holds some hundred thousand files.
 inline constexpr std::size_t kLargestManifest = 64 << 20;
 
-/// True for a path from a root that names exactly one thing below it and that the manifest can
-/// hold.
+/// True for a path from a root that names exactly one thing below it, that the manifest can hold,
+/// and that people can put back by hand.
 bool CanBeRecorded(std::wstring_view relative);
 
 /// Leaves out links, people's own work, what cannot be recorded, and what a row before has taken

@@ -47,11 +47,7 @@ std::uint64_t PhysicalMemoryBytes() {
 
 }  // namespace
 
-EnvironmentFacts GatherEnvironmentFacts() {
-    return {QueryDefaultPrinter(), InstalledFontCount(), GdiProcessHandleQuota(),
-            PhysicalMemoryBytes()};
-}
-
 EnvCheckResult RunEnvironmentCheck() {
-    return RateEnvironment(GatherEnvironmentFacts());
+    return RateEnvironment({QueryDefaultPrinter(), InstalledFontCount(), GdiProcessHandleQuota(),
+                            PhysicalMemoryBytes()});
 }

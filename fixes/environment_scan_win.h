@@ -3,8 +3,5 @@
 
 #include "fixes/environment.h"
 
-/// Reads the facts; nothing but reading, and never a failure.
-EnvironmentFacts GatherEnvironmentFacts();
-
-/// The whole scan: the facts of this machine, rated.
+/// The facts of this machine, rated. Nothing but reading, and never a failure.
 EnvCheckResult RunEnvironmentCheck();

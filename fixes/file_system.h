@@ -99,7 +99,8 @@ class FileSystem {
                             const FileStamp& expected) = 0;
     /// Done when both hold the same bytes, `changed` when not.
     virtual FileResult compare(const std::wstring& left, const std::wstring& right) = 0;
-    /// Removes a file, read-only or not. `expected` as for `rename`.
+    /// Removes a file, read-only or not. `expected` as for `rename`. A kill can leave the file
+    /// without its read-only attribute.
     virtual FileResult remove(const std::wstring& path, const FileStamp* expected) = 0;
     /// Sets times and attributes of a file or a folder.
     virtual FileResult setStamp(const std::wstring& path, const FileStamp& stamp) = 0;

@@ -3,9 +3,9 @@
 #include <windows.h>
 
 #include <shlobj.h>
-#include <tlhelp32.h>
 
 #include "base/handle_win.h"
+#include "base/process_win.h"
 #include "base/text.h"
 #include "fixes/file_system_win.h"
 #include "fixes/registry_win.h"
@@ -94,15 +94,7 @@ class BackupsLock {
 }  // namespace
 
 bool IsCorelRunning() {
-    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    if (!snapshot) return false;
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL isThere = Process32FirstW(snapshot.get(), &entry); isThere;
-         isThere = Process32NextW(snapshot.get(), &entry)) {
-        if (equalsIgnoringCase(entry.szExeFile, L"CorelDRW.exe")) return true;
-    }
-    return false;
+    return !processesNamed(L"CorelDRW.exe").empty();
 }
 
 void OnCleanup(const Shell& shell) {

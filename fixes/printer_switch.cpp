@@ -39,13 +39,15 @@ void OnTempPrinter(const Shell& shell, PrinterSwitch& state, const Printers& pri
     }
     if (!shell.confirm(kConfirmText, kConfirmCaption, ConfirmStyle::question)) return;
 
-    // Remembered before anything else: whatever comes now, the printer is put back.
-    state.savedDefaultPrinter = SwitchToVirtualPrinter(printers);
-    if (state.savedDefaultPrinter.empty()) {
+    std::wstring replaced = SwitchToVirtualPrinter(printers);
+    if (replaced.empty()) {
+        // A switch may have been made meanwhile, by a question asked twice: its name stays.
         shell.appendLog(
             L"[Printer] Switch failed (already a virtual printer, or blocked by policy).");
         return;
     }
+    // Remembered before anything else: whatever comes now, the printer is put back.
+    state.savedDefaultPrinter = std::move(replaced);
     shell.appendLog(L"[Printer] Switched. Original default: " + state.savedDefaultPrinter +
                     L" (auto-restored on exit)");
     shell.setStatus(L"Temp virtual printer active - auto restored on exit");

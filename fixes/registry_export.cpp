@@ -65,117 +65,15 @@ std::wstring dataText(const RegistryValue& value) {
     return L"hex(" + hexNumber(value.type, 1) + L"):" + hexBytes(value.data);
 }
 
-// Reads from the front of the file's text; each function takes what it finds or nothing at all.
-struct Reader {
-    std::wstring_view rest;
-
-    bool take(std::wstring_view expected) {
-        if (!rest.starts_with(expected)) return false;
-        rest.remove_prefix(expected.size());
-        return true;
-    }
-
-    std::optional<std::wstring> takeQuoted() {
-        if (!take(L"\"")) return std::nullopt;
-        std::wstring text;
-        while (!rest.empty() && rest[0] != L'"') {
-            wchar_t c = rest[0];
-            rest.remove_prefix(1);
-            if (c == L'\\') {
-                if (rest.empty()) return std::nullopt;
-                c = rest[0] == L'n' ? L'\n' : rest[0] == L'r' ? L'\r' : rest[0];
-                rest.remove_prefix(1);
-            } else if (c == L'\r' || c == L'\n') {
-                return std::nullopt;
-            }
-            text.push_back(c);
-        }
-        if (!take(L"\"")) return std::nullopt;
-        return text;
-    }
-
-    std::optional<std::uint32_t> takeHex(std::size_t most) {
-        std::uint32_t number = 0;
-        std::size_t digits = 0;
-        for (; digits < most && !rest.empty(); ++digits) {
-            const std::size_t digit = kHexDigits.find(rest[0]);
-            if (digit == std::wstring_view::npos) break;
-            number = number << 4 | static_cast<std::uint32_t>(digit);
-            rest.remove_prefix(1);
-        }
-        if (digits == 0) return std::nullopt;
-        return number;
-    }
-
-    std::optional<std::vector<std::uint8_t>> takeBytes() {
-        std::vector<std::uint8_t> data;
-        while (!rest.starts_with(kLineEnd)) {
-            if (!data.empty() && !take(kContinued) && !take(L",")) return std::nullopt;
-            const auto byte = takeHex(2);
-            if (!byte) return std::nullopt;
-            data.push_back(static_cast<std::uint8_t>(*byte));
-        }
-        return data;
-    }
-
-    std::optional<RegistryValue> takeData() {
-        if (rest.starts_with(L"\"")) {
-            const auto text = takeQuoted();
-            if (!text) return std::nullopt;
-            return RegistryValue{L"", kRegistryText, DataOfText(*text)};
-        }
-        if (take(L"dword:")) {
-            const auto number = takeHex(8);
-            if (!number) return std::nullopt;
-            return RegistryValue{L"", kRegistryNumber, DataOfNumber(*number)};
-        }
-        RegistryValue value;
-        value.type = kRegistryBinary;
-        if (!take(L"hex")) return std::nullopt;
-        if (take(L"(")) {
-            const auto type = takeHex(8);
-            if (!type || !take(L")")) return std::nullopt;
-            value.type = *type;
-        }
-        auto data = take(L":") ? takeBytes() : std::nullopt;
-        if (!data) return std::nullopt;
-        value.data = std::move(*data);
-        return value;
-    }
-
-    std::optional<RegistryValue> takeValue() {
-        const auto name = take(L"@") ? std::wstring() : takeQuoted();
-        if (!name || !take(L"=")) return std::nullopt;
-        auto value = takeData();
-        if (!value || !take(kLineEnd)) return std::nullopt;
-        value->name = *name;
-        return value;
-    }
-
-    std::optional<RegistryKeyRecord> takeKey() {
-        if (!take(L"[") || !take(kRoot)) return std::nullopt;
-        const std::size_t end = rest.find(kLineEnd);
-        if (end == std::wstring_view::npos || end == 0 || rest[end - 1] != L']')
-            return std::nullopt;
-        RegistryKeyRecord key{std::wstring(rest.substr(0, end - 1)), {}};
-        rest.remove_prefix(end + kLineEnd.size());
-        while (!take(kLineEnd)) {
-            auto value = takeValue();
-            if (!value) return std::nullopt;
-            key.values.push_back(std::move(*value));
-        }
-        return key;
-    }
-};
-
 }  // namespace
 
-std::string WriteRegistryExport(const std::vector<RegistryKeyRecord>& keys) {
+std::optional<std::string> WriteRegistryExport(const std::vector<RegistryKeyRecord>& keys) {
     std::wstring text = L"\uFEFF";
     text += kFirstLine;
     text += kLineEnd;
     text += kLineEnd;
     for (const RegistryKeyRecord& key : keys) {
+        if (key.path.find_first_of(L"\r\n") != std::wstring::npos) return std::nullopt;
         text += L"[" + std::wstring(kRoot) + key.path + L"]";
         text += kLineEnd;
         for (const RegistryValue& value : key.values) {
@@ -187,23 +85,5 @@ std::string WriteRegistryExport(const std::vector<RegistryKeyRecord>& keys) {
     }
     std::vector<std::uint8_t> bytes;
     AppendUtf16(bytes, text);
-    return {bytes.begin(), bytes.end()};
-}
-
-std::optional<std::vector<RegistryKeyRecord>> ReadRegistryExport(std::string_view file) {
-    if (file.size() % 2 != 0) return std::nullopt;
-    const std::vector<std::uint8_t> bytes(file.begin(), file.end());
-    const std::wstring text = WideFromUtf16(bytes.data(), bytes.size());
-    Reader reader{text};
-    if (!reader.take(L"\uFEFF") || !reader.take(kFirstLine) || !reader.take(kLineEnd) ||
-        !reader.take(kLineEnd)) {
-        return std::nullopt;
-    }
-    std::vector<RegistryKeyRecord> keys;
-    while (!reader.rest.empty()) {
-        auto key = reader.takeKey();
-        if (!key) return std::nullopt;
-        keys.push_back(std::move(*key));
-    }
-    return keys;
+    return std::string(bytes.begin(), bytes.end());
 }

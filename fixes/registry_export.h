@@ -5,15 +5,11 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "fixes/registry_tree.h"
 
 /// The whole file. Text that is plain is written as text, everything else byte by byte in
-/// hexadecimal, so that importing gives back exactly these types and bytes.
-std::string WriteRegistryExport(const std::vector<RegistryKeyRecord>& keys);
-
-/// Reads what `WriteRegistryExport` writes; nothing for anything else. For the check that a file
-/// on the disk says what it was meant to say.
-std::optional<std::vector<RegistryKeyRecord>> ReadRegistryExport(std::string_view file);
+/// hexadecimal, so that importing gives back exactly these types and bytes. Nothing when a key has
+/// a line break in its name, which no such file can hold.
+std::optional<std::string> WriteRegistryExport(const std::vector<RegistryKeyRecord>& keys);

@@ -93,6 +93,8 @@ bool restoreFile(const BackupWorld& world, const Backup& backup, const PlannedIt
     if (!held.isFile() || held.stamp.size != item.stamp.size) return fail({FileOutcome::changed});
     const Inspection place = files.inspect(item.path);
     if (isHomeAlready(files, item, place, stored)) {
+        // A removal that was cut short may have lifted its read-only attribute.
+        if (place.stamp != item.stamp) files.setStamp(item.path, item.stamp);
         const FileResult removed = files.remove(stored, &held.stamp);
         return removed.isDone() || fail(removed);
     }

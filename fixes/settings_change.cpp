@@ -10,7 +10,6 @@
 namespace {
 
 const std::wstring kPrefix = L"[Settings] ";
-constexpr std::uint64_t kLargestExport = 64 << 20;
 
 const RegistryValue* findValue(const std::vector<RegistryValue>& values, const std::wstring& name) {
     const auto found = std::ranges::find_if(
@@ -125,19 +124,15 @@ std::wstring ExportKeys(const SettingsWorld& world, const std::vector<SettingCha
         if (!tree) return L"the key cannot be read: " + root;
         std::ranges::move(*tree, std::back_inserter(keys));
     }
+    const auto text = WriteRegistryExport(keys);
+    if (!text) return L"a key has a name that no file can hold";
     FileResult result = CreateBackupFolder(files, world.backup.toolFolder, ParentFolder(file));
     if (!result.isDone()) return ReasonText(result);
-    result = files.writeNew(file, WriteRegistryExport(keys));
-    std::wstring reason = result.isDone() ? L"" : ReasonText(result);
-    if (result.isDone()) {
-        const auto written = files.read(file, kLargestExport);
-        if (!written || ReadRegistryExport(*written) != keys)
-            reason = L"the file does not hold what the registry holds";
-    }
-    if (reason.empty()) return reason;
+    result = files.writeNew(file, *text);
+    if (result.isDone() && files.read(file, text->size()) == text) return L"";
     files.remove(file, nullptr);
     files.removeFolder(ParentFolder(file));
-    return reason;
+    return result.isDone() ? L"the file does not hold what was written" : ReasonText(result);
 }
 
 ChangeOutcome ApplyChange(Registry& registry, const SettingChange& change) {

@@ -18,7 +18,7 @@ struct SettingsWorld {
 };
 
 /// Writes the keys of the changes, whole and with all below them, into `file` and reads it again.
-/// Empty when the file holds exactly what the registry holds; otherwise the reason, and no file is
+/// Empty when the file is on the disk as it was written; otherwise the reason, and no file is
 /// left.
 std::wstring ExportKeys(const SettingsWorld& world, const std::vector<SettingChange>& changes,
                         const std::wstring& file);

@@ -7,12 +7,13 @@
 #include <string_view>
 
 /// Steps of 100 ns since the start of 1601, as `FILETIME` counts them; UTC unless a name says
-/// otherwise. Every value is a date.
+/// otherwise. A file system's own times are signed, so none is past `INT64_MAX`.
 using FileTicks = std::uint64_t;
 
 inline constexpr FileTicks kTicksPerSecond = 10'000'000;
 
-/// ISO 8601 to the last tick: "2025-01-31T14:05:09.1234567Z". Nothing is lost.
+/// ISO 8601 to the last tick: "2025-01-31T14:05:09.1234567Z". Nothing is lost; what is no file's
+/// time becomes the last one.
 std::string FormatTimestamp(FileTicks utc);
 
 /// The exact opposite of `FormatTimestamp`; nothing for any other text.

@@ -29,22 +29,35 @@ TEST(Dashboard, ReportsAReadingInOneLine) {
     instance.pid = 4711;
     instance.mainWindow = &instance;
     const struct {
-        CdrMetrics metrics;
-        const wchar_t* report;
-    } cases[] = {
-        {{8000, 0, 4294967296, true, true},
-         L"[Dashboard] GDI handles: 8000 (OK)  Working set: 0 MB  Private: 4294967296 MB  "
-         L"Responsive: yes\n"},
-        {{8001, 812, 640, false, true},
-         L"[Dashboard] GDI handles: 8001 (Warning (near handle limit))  Working set: 812 MB  "
-         L"Private: 640 MB  Responsive: NO\n"},
-        {{9000, 1, 2, true, true},
-         L"[Dashboard] GDI handles: 9000 (Warning (near handle limit))  Working set: 1 MB  "
-         L"Private: 2 MB  Responsive: yes\n"},
-        {{9001, 1, 2, true, true},
-         L"[Dashboard] GDI handles: 9001 (Critical (crash likely))  Working set: 1 MB  Private: 2 "
-         L"MB  Responsive: yes\n"},
-    };
+        std::uint32_t gdiHandles;
+        const wchar_t* level;
+    } cases[] = {{8000, L"8000 (OK)"},
+                 {8001, L"8001 (Warning (near handle limit))"},
+                 {9000, L"9000 (Warning (near handle limit))"},
+                 {9001, L"9001 (Critical (crash likely))"}};
     for (const auto& c : cases)
-        EXPECT_EQ(reportOf(&instance, c.metrics), c.report);
+        EXPECT_EQ(reportOf(&instance, {c.gdiHandles, 0, 4294967296, true, true}),
+                  L"[Dashboard] GDI handles: " + std::wstring(c.level) +
+                      L"  Working set: 0 MB  Private: 4294967296 MB  Responsive: yes\n");
+    EXPECT_EQ(reportOf(&instance, {0, 812, 640, false, true}),
+              L"[Dashboard] GDI handles: 0 (OK)  Working set: 812 MB  Private: 640 MB  "
+              L"Responsive: NO\n");
+}
+
+TEST(CdrInstance, ShowsItsRowAndIsSelectedByNumber) {
+    CdrInstance instance;
+    instance.pid = 4711;
+    EXPECT_EQ(InstanceRowText(instance), L"PID 4711    v(unknown)");
+    instance.version = L"25.0.0.230";
+    instance.pid = 0xFFFFFFFF;
+    EXPECT_EQ(InstanceRowText(instance), L"PID 4294967295    v25.0.0.230");
+
+    const std::vector<CdrInstance> two(2);
+    EXPECT_EQ(SelectedInstance(two, -1), nullptr);
+    EXPECT_EQ(SelectedInstance(two, 1), &two[1]);
+    EXPECT_EQ(SelectedInstance(two, 2), nullptr);
+    EXPECT_EQ(RepairedSelection(3, 0), -1);
+    EXPECT_EQ(RepairedSelection(-1, 2), 0);
+    EXPECT_EQ(RepairedSelection(1, 2), 1);
+    EXPECT_EQ(RepairedSelection(2, 2), 0);
 }

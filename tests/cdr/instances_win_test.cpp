@@ -3,10 +3,10 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
-#include <tlhelp32.h>
 
-#include <algorithm>
+#include <vector>
 
+#include "cdr/metrics_win.h"
 #include "cdr/responsiveness_win.h"
 #include "cdr/version_string_win.h"
 #include "tests/cdr/practice_process_win.h"
@@ -17,57 +17,28 @@ constexpr unsigned kShortMs = 200;
 constexpr unsigned kLongMs = 20000;
 
 // The practice program under another file name, in a folder of its own for as long as it lives.
-class RenamedProgram {
-  public:
+struct RenamedProgram {
     explicit RenamedProgram(const wchar_t* fileName)
-        : folder_(std::filesystem::temp_directory_path() /
-                  (L"mirelo-test-" + std::to_wstring(GetCurrentProcessId()))),
-          path_(folder_ / fileName) {
-        std::filesystem::create_directories(folder_);
-        std::filesystem::copy_file(PracticeProgram(), path_);
+        : folder(std::filesystem::temp_directory_path() /
+                 (L"mirelo-test-" + std::to_wstring(GetCurrentProcessId()))),
+          path(folder / fileName) {
+        std::filesystem::create_directories(folder);
+        std::filesystem::copy_file(PracticeProgram(), path);
     }
     RenamedProgram(const RenamedProgram&) = delete;
     RenamedProgram& operator=(const RenamedProgram&) = delete;
     ~RenamedProgram() {
         std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
-        std::filesystem::remove(folder_, ignored);
+        std::filesystem::remove_all(folder, ignored);
     }
 
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-  private:
-    std::filesystem::path folder_;
-    std::filesystem::path path_;
+    const std::filesystem::path folder, path;
 };
 
 std::wstring TitleOf(WindowHandle window) {
     wchar_t title[128] = {};
     GetWindowTextW(static_cast<HWND>(window), title, 128);
     return title;
-}
-
-// Whatever else runs under the name meanwhile is left out.
-std::vector<DWORD> ListedAmong(const std::vector<DWORD>& pids) {
-    std::vector<DWORD> listed;
-    for (const CdrInstance& instance : EnumerateCdrInstances()) {
-        if (std::find(pids.begin(), pids.end(), instance.pid) != pids.end())
-            listed.push_back(instance.pid);
-    }
-    return listed;
-}
-
-std::vector<DWORD> InSnapshotOrder(const std::vector<DWORD>& pids) {
-    std::vector<DWORD> ordered;
-    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(snapshot.get(), &entry); more;
-         more = Process32NextW(snapshot.get(), &entry)) {
-        if (std::find(pids.begin(), pids.end(), entry.th32ProcessID) != pids.end())
-            ordered.push_back(entry.th32ProcessID);
-    }
-    return ordered;
 }
 
 }  // namespace
@@ -85,13 +56,13 @@ TEST(Instances, AreReadWhole) {
 
 TEST(Instances, AreKnownByTheWholeNameInAnyCase) {
     const RenamedProgram upper(L"CORELDRW.EXE");
-    const PracticeProcess shouting(L"responsive", upper.path());
+    const PracticeProcess shouting(L"responsive", upper.path);
     EXPECT_EQ(shouting.listed().pid, shouting.pid());
-    EXPECT_EQ(shouting.listed().exePath, upper.path().wstring());
+    EXPECT_EQ(shouting.listed().exePath, upper.path.wstring());
 
     for (const wchar_t* other : {L"CorelDRW64.exe", L"MyCorelDRW.exe"}) {
         const RenamedProgram renamed(other);
-        const PracticeProcess practice(L"responsive", renamed.path());
+        const PracticeProcess practice(L"responsive", renamed.path);
         EXPECT_EQ(practice.listed().pid, 0U) << other;
     }
 }
@@ -104,15 +75,6 @@ TEST(Instances, NeedAWindowButNoVersion) {
     EXPECT_EQ(plain.listed().pid, plain.pid());
     EXPECT_EQ(plain.listed().exePath, PlainPracticeProgram().wstring());
     EXPECT_EQ(ShownVersion(plain.listed()), L"(unknown)");
-}
-
-TEST(Instances, ComeInTheOrderOfTheSystemsSnapshot) {
-    const PracticeProcess one(L"responsive");
-    const PracticeProcess two(L"responsive");
-    const PracticeProcess three(L"responsive", PlainPracticeProgram());
-    const std::vector<DWORD> pids = {three.pid(), two.pid(), one.pid()};
-    EXPECT_EQ(ListedAmong(pids).size(), 3U);
-    EXPECT_EQ(ListedAmong(pids), InSnapshotOrder(pids));
 }
 
 TEST(Instances, AreListedUnreadWhenTheyCannotBeOpened) {
@@ -130,11 +92,30 @@ TEST(Responsiveness, IsWhatTheWindowAnswersInTime) {
     const WindowHandle window = practice.listed().mainWindow;
     ASSERT_NE(window, nullptr);
     EXPECT_FALSE(IsWindowResponsive(window, kShortMs));
+    const CdrMetrics hung = ReadMetrics(practice.pid(), window);
+    EXPECT_TRUE(hung.ok);
+    EXPECT_FALSE(hung.responsive);
+    // Without a process nothing is asked of the window.
+    const CdrMetrics unread = ReadMetrics(0, window);
+    EXPECT_FALSE(unread.ok);
+    EXPECT_TRUE(unread.responsive);
+
     practice.signal(L"release");
     EXPECT_TRUE(IsWindowResponsive(window, kLongMs));
     practice.end();
     EXPECT_FALSE(IsWindowResponsive(window, kLongMs));
     EXPECT_FALSE(IsWindowResponsive(nullptr, kLongMs));
+}
+
+TEST(ReadMetrics, MeasuresARunningProcess) {
+    constexpr std::size_t kMegabytes = 64;
+    const CdrMetrics before = ReadMetrics(GetCurrentProcessId(), nullptr);
+    const std::vector<char> touched(kMegabytes << 20, 'x');
+    const CdrMetrics after = ReadMetrics(GetCurrentProcessId(), nullptr);
+    EXPECT_TRUE(after.ok);
+    EXPECT_TRUE(after.responsive);
+    EXPECT_GE(after.workingSetMB, before.workingSetMB + kMegabytes / 2);
+    EXPECT_LT(after.workingSetMB, before.workingSetMB + kMegabytes * 2);
 }
 
 TEST(VersionString, IsEmptyWhereThereIsNone) {

@@ -1,14 +1,20 @@
 """The Fix page: every button with Yes and with No, on staged printers, files, settings and documents."""
 
+import os
 import shutil
 import subprocess
 import zipfile
 
 import pytest
 
-from driver import (BUILD, CLEANUP, FIX_TAB, PRINTER, RESTORE, ROOT, SETTINGS, SLIM, wait_for, windows_path)
+from driver import (BUILD, CLEANUP, CLEAR, FIX_TAB, PRINTER, RESTORE, ROOT, SCAN, SETTINGS, SLIM, closing, wait_for,
+                    windows_path)
 
-PRINTERS = r"HKLM\System\CurrentControlSet\Control\Print\Printers"
+MACHINE = "HKEY_LOCAL_MACHINE"
+PRINTERS = r"System\CurrentControlSet\Control\Print\Printers"
+FONTS = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Fonts"
+QUOTA = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+VIRTUAL = "Microsoft Print to PDF"
 DEVICES = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Devices"
 DEFAULT = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
@@ -24,43 +30,154 @@ def fix_page(wine, mirelo):
     return start
 
 
+def import_registry(wine, tmp_path, *lines):
+    path = tmp_path / "staged.reg"
+    path.write_text("\r\n".join(("\ufeffWindows Registry Editor Version 5.00", "", *lines, "")), "utf-16-le", newline="")
+    wine.run("reg", "import", windows_path(path))
+
+
+def quoted(text):
+    return '"' + text.replace("\\", "\\\\") + '"'
+
+
+class Spooler:
+    """Wine's spooler lives in the registry, so printers can be staged. It reports no status: offline is an attribute."""
+
+    PRINTERS = {"Studio": ("LPT1:", 0), "Studio Queue": (r"\\server\queue", 0), "Direct": ("IP_192.168.0.9", 0),
+                "Shared": ("LPT1:", 0x10), "Asleep": ("LPT1:", 0x400), VIRTUAL: ("PORTPROMPT:", 0)}
+
+    def __init__(self, wine, tmp_path):
+        self._wine = wine
+        lines = []
+        for name, (port, attributes) in self.PRINTERS.items():
+            lines += [f"[{MACHINE}\\{PRINTERS}\\{name}]", f'"Name"={quoted(name)}', f'"Port"={quoted(port)}',
+                      '"Printer Driver"="wineps.drv"', '"Print Processor"="WinPrint"',
+                      f'"Attributes"=dword:{attributes:08x}', '"Status"=dword:00000000']
+        import_registry(wine, tmp_path, *lines)
+        for name in self.PRINTERS:
+            self.accept(name)
+        self.default = None
+
+    def close(self):
+        for name in self.PRINTERS:
+            self._wine.delete_registry(rf"{MACHINE}\{PRINTERS}\{name}")
+            self.refuse(name)
+        self.default = None
+
+    def accept(self, name):
+        self._wine.set_registry(DEVICES, name, f"winspool,{self.PRINTERS[name][0]}")
+
+    def refuse(self, name):
+        """From now on nobody can make it the default printer."""
+        self._wine.delete_registry(DEVICES, name)
+
+    @property
+    def default(self):
+        text = self._wine.run("reg", "query", DEFAULT, "/v", "Device")
+        return text.split("REG_SZ")[1].strip().split(",")[0] if "REG_SZ" in text else None
+
+    @default.setter
+    def default(self, name):
+        if name:
+            self._wine.set_registry(DEFAULT, "Device", f"{name},winspool,LPT1:")
+        else:
+            self._wine.delete_registry(DEFAULT, "Device")
+
+
 @pytest.fixture
-def printers(wine):
-    names = {"Studio Queue": r"\\server\queue", "Microsoft Print to PDF": "PORTPROMPT:"}
-    for name, port in names.items():
-        for value, text in {"Name": name, "Port": port, "Printer Driver": "wineps.drv",
-                            "Print Processor": "WinPrint"}.items():
-            wine.set_registry(rf"{PRINTERS}\{name}", value, text)
-        for value in ("Attributes", "Status"):
-            wine.set_registry(rf"{PRINTERS}\{name}", value, 0, "REG_DWORD")
-        wine.set_registry(DEVICES, name, f"winspool,{port}")
-    wine.set_registry(DEFAULT, "Device", r"Studio Queue,winspool,\\server\queue")
-    wine.shut_down()
-    yield lambda: wine.run("reg", "query", DEFAULT, "/v", "Device")
-    for name in names:
-        wine.delete_registry(rf"{PRINTERS}\{name}")
-        wine.delete_registry(DEVICES, name)
-    wine.delete_registry(DEFAULT, "Device")
-    wine.shut_down()
+def spooler(wine, tmp_path):
+    with closing(Spooler(wine, tmp_path)) as printers:
+        yield printers
 
 
-def test_the_printer_is_switched_and_put_back(fix_page, printers):
+def scan(app):
+    app.click(CLEAR)
+    app.click(SCAN)
+    head, *lines, last = app.wait_for_report("Physical memory").splitlines()
+    assert head == "===== Environment Check =====" and last == ""
+    return lines
+
+
+def test_the_environment_check_rates_every_printer(fix_page, spooler):
+    far = ["    -> Your default printer is a network printer or offline - the No.1 cause of slow startup and random "
+           "freezes. Temporarily switch to Microsoft Print to PDF via the Fix tab."]
+    best = " (virtual printer - best practice)"
     app = fix_page()
-    app.click(PRINTER)
-    app.answer("Confirm Temp Switch", "n")
-    assert "Studio Queue" in printers()
-    app.click(PRINTER)
-    app.answer("Confirm Temp Switch", "y")
-    app.wait_for_report("[Printer] Switched. Original default: Studio Queue (auto-restored on exit)")
-    assert "Microsoft Print to PDF" in printers()
-    app.click(PRINTER)
-    app.wait_for_report("[Printer] Restored default printer: Studio Queue")
-    assert "Studio Queue" in printers()
-    app.click(PRINTER)
-    app.answer("Confirm Temp Switch", "y")
-    wait_for(lambda: "Microsoft Print to PDF" in printers(), "the switch")
+    rest = scan(app)
+    assert "[OK] Installed fonts: " in rest[0]
+    for name, tag, suffix, advice in (
+            ("Studio", "[OK]", "", []), (VIRTUAL, "[OK]", best, []), ("Print to PDF of nobody", "[OK]", best, []),
+            ("Studio Queue", "[HIGH RISK]", "", far), ("studio queue", "[OK]", "", []), ("Direct", "[HIGH RISK]", "", far),
+            ("Shared", "[HIGH RISK]", "", far), ("Asleep", "[HIGH RISK]", "", far), ("n" * 255, "[OK]", "", [])):
+        spooler.default = name
+        assert scan(app) == [f"{tag} Default printer: {name}{suffix}", *advice, *rest]
+    for name in ("n" * 256, None):
+        spooler.default = name
+        assert scan(app) == rest
+
+
+def test_the_environment_check_rates_fonts_quota_and_memory(fix_page, wine, tmp_path):
+    megabytes = os.sysconf("SC_PHYS_PAGES") * os.sysconf("SC_PAGE_SIZE") >> 20
+    memory = f"[OK] Physical memory: {megabytes} MB"
+    warned = ["[WARN] GDI handle quota: 10000",
+              "    -> Large documents can hit this ceiling (watch it on the Dashboard). Advanced users may raise the "
+              "registry value GDIProcessHandleQuota to 20000 and reboot."]
+    many = ["    -> Font count is on the high side; consider trimming if startup feels slow."]
+    too_many = ["    -> Too many fonts significantly slow down CDR startup and text operations. Uninstall unused fonts."]
+    installed = wine.run("reg", "query", FONTS).count("REG_SZ")
+    app = fix_page()
+    try:
+        for count, tag, advice in ((installed, "[OK]", []), (800, "[OK]", []), (801, "[WARN]", many),
+                                   (1500, "[WARN]", many), (1501, "[HIGH RISK]", too_many)):
+            import_registry(wine, tmp_path, f"[{FONTS}]", *(f'"Staged {i}"="x.ttf"' for i in range(count - installed)))
+            fonts = [f"{tag} Installed fonts: {count} fonts", *advice]
+            assert scan(app) == [*fonts, *warned, memory]
+        for kind, quota, lines in (("REG_DWORD", 10001, ["[OK] GDI handle quota: 10001"]), ("REG_DWORD", 10000, warned),
+                                   ("REG_DWORD", 4294967295, ["[OK] GDI handle quota: 4294967295"]),
+                                   ("REG_SZ", 20000, warned), ("REG_BINARY", "204E0000", warned)):
+            wine.set_registry(QUOTA, "GDIProcessHandleQuota", quota, kind)
+            assert scan(app) == [*fonts, *lines, memory]
+    finally:
+        import_registry(wine, tmp_path, f"[{FONTS}]", *(f'"Staged {i}"=-' for i in range(1501)))
+        wine.delete_registry(QUOTA, "GDIProcessHandleQuota")
+
+
+def test_the_printer_is_switched_and_put_back(fix_page, spooler):
+    switched = "[Printer] Switched. Original default: Studio Queue (auto-restored on exit)"
+    restored = "[Printer] Restored default printer: Studio Queue"
+    failed = "[Printer] Switch failed (already a virtual printer, or blocked by policy)."
+    app = fix_page()
+
+    def press(answer, line):
+        app.click(CLEAR)
+        app.click(PRINTER)
+        if answer:
+            app.answer("Confirm Temp Switch", answer)
+        if line:
+            assert app.wait_for_report("[Printer]").splitlines() == [line]
+        else:
+            wait_for(app.has_no_report, "an empty report")
+        return spooler.default
+
+    assert press("y", failed) is None
+    spooler.default = VIRTUAL
+    assert press("y", failed) == VIRTUAL
+    spooler.default = "Studio Queue"
+    assert press("n", None) == "Studio Queue"
+    spooler.refuse(VIRTUAL)
+    assert press("y", failed) == "Studio Queue"
+    spooler.accept(VIRTUAL)
+    assert press("y", switched) == VIRTUAL
+    spooler.refuse("Studio Queue")
+    assert press(None, None) == VIRTUAL
+    spooler.accept("Studio Queue")
+    spooler.default = "Studio"
+    assert press(None, restored) == "Studio Queue"
+
+    assert press("y", switched) == VIRTUAL
+    spooler.default = "Studio"
     assert app.close_politely() == 0
-    assert "Studio Queue" in printers()
+    assert spooler.default == "Studio Queue"
 
 
 def test_caches_go_to_a_backup_and_come_back(fix_page, wine):
@@ -72,7 +189,7 @@ def test_caches_go_to_a_backup_and_come_back(fix_page, wine):
     for path, content in contents.items():
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content)
-    backups = wine.tool_folder / "Backups"
+    backups = wine.tool_folder / "backups"
     try:
         app = fix_page()
         app.click(CLEANUP)
@@ -84,6 +201,9 @@ def test_caches_go_to_a_backup_and_come_back(fix_page, wine):
         report = app.wait_for_report("[Cleanup] [OK] 2 files")
         assert "[Cleanup] Crash reports: 1 file moved" in report
         assert not dump.exists() and not preview.exists() and foreign.exists()
+        app.click(CLEANUP)
+        app.wait_for_report("[Cleanup] Nothing to clean up: no crash reports, temporary files or thumbnail caches of "
+                            "CorelDRAW were found.")
         app.click(RESTORE)
         app.wait_for_report("[Restore] [OK] 2 files")
         assert {path: path.read_bytes() for path in contents} == contents
@@ -122,7 +242,7 @@ def test_settings_are_exported_before_they_change(fix_page, wine, practice):
         assert "150" in value("UndoLevels") and "0x1" in value("ShowWelcomeScreen")
     finally:
         wine.delete_registry(r"HKCU\Software\Corel")
-        shutil.rmtree(wine.tool_folder / "Backups", ignore_errors=True)
+        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
 
 
 def choose(app, folder, *names):

@@ -1,5 +1,7 @@
 #include "tests/fixes/fake_file_system.h"
 
+#include <utility>
+
 #include "base/text.h"
 
 namespace {
@@ -220,11 +222,12 @@ FileResult FakeFileSystem::compare(const std::wstring& left, const std::wstring&
 }
 
 FileResult FakeFileSystem::remove(const std::wstring& path, const FileStamp* expected) {
-    if (beforeRemoving) beforeRemoving();
+    if (const auto others = beforeRemoving) others();
     Node* node = nullptr;
     const FileResult result = access(path, expected, node);
     if (!result.isDone()) return result;
     step();
+    if ((std::exchange(node->attributes, node->attributes & ~1U) & 1) != 0) step();
     nodes_.erase(lowered(path));
     touchParent(path);
     return {};

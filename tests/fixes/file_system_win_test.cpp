@@ -50,51 +50,41 @@ TEST_F(WindowsFiles, RenamesOnlyWhatNobodyHasOpenAndIsAsExpected) {
     EXPECT_EQ(files.inspect(base + L"\\moved.bin").stamp.modified, stamp.modified);
 }
 
-TEST_F(WindowsFiles, CopiesWithTimesAndAttributes) {
-    WriteStaged(file, std::string(1'000'000, 'x') + "end",
-                FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
-    const FileStamp stamp = files.inspect(file).stamp;
+TEST_F(WindowsFiles, CopiesComparesWritesReadsAndPatches) {
+    const std::string contents = std::string(1'000'000, 'x') + "P";
+    WriteStaged(file, contents, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    FileStamp stamp = files.inspect(file).stamp;
     const std::wstring to = base + L"\\copy.bin";
     ASSERT_TRUE(files.copy(file, to, stamp).isDone());
-    const Inspection copied = files.inspect(to);
-    EXPECT_EQ(copied.stamp.size, stamp.size);
-    EXPECT_EQ(copied.stamp.modified, stamp.modified);
-    EXPECT_EQ(copied.stamp.attributes, stamp.attributes);
+    FileStamp copied = files.inspect(to).stamp;
     EXPECT_TRUE(files.compare(file, to).isDone());
+    copied.created = stamp.created;  // not every system keeps it
+    EXPECT_EQ(copied, stamp);
     EXPECT_TRUE(files.remove(to, &stamp).isDone()) << "read-only";
-    EXPECT_FALSE(IsThere(to));
-    WriteStaged(to, std::string(1'000'000, 'x') + "enD");
-    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
-    WriteStaged(to, std::string(1'000'000, 'x'));
-    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
-}
 
-TEST_F(WindowsFiles, WritesReadsAndPatches) {
-    const std::wstring path = base + L"\\list.json";
-    const std::string contents = std::string(700'000, 'a') + "P";
-    ASSERT_TRUE(files.writeNew(path, contents).isDone());
-    EXPECT_FALSE(IsThere(path + std::wstring(kUnfinishedSuffix)));
-    EXPECT_EQ(files.writeNew(path, "other").outcome, FileOutcome::exists);
-    EXPECT_TRUE(files.overwriteByte(path, 700'000, 'M').isDone());
-    EXPECT_EQ(files.read(path, 700'001), std::string(700'000, 'a') + "M");
-    EXPECT_EQ(files.read(path, 700'000), std::nullopt);
+    ASSERT_TRUE(files.writeNew(to, contents).isDone());
+    EXPECT_FALSE(IsThere(to + std::wstring(kUnfinishedSuffix)));
+    EXPECT_EQ(files.writeNew(to, "other").outcome, FileOutcome::exists);
+    EXPECT_TRUE(files.compare(file, to).isDone());
+    EXPECT_TRUE(files.overwriteByte(to, 1'000'000, 'M').isDone());
+    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
+    EXPECT_EQ(files.read(to, 1'000'001), std::string(1'000'000, 'x') + "M");
+    EXPECT_EQ(files.read(to, 1'000'000), std::nullopt);
     EXPECT_EQ(files.read(base + L"\\none", 10), std::nullopt);
+    WriteStaged(to, contents.substr(1));
+    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
 }
 
 TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
     const std::wstring outside = stage.path() + L"\\outside";
     WriteStaged(outside + L"\\victim.bin", "victim");
     const FileStamp stamp = files.inspect(file).stamp;
-    std::vector<std::wstring> ways = {outside};
-    if (MakeFolderLink(base + L"\\link", outside)) {
-        ways.push_back(base + L"\\link");
-        EXPECT_EQ(files.inspect(base + L"\\link").type, EntryType::link);
-        EXPECT_FALSE(files.removeFolder(base + L"\\link").isDone());
-        EXPECT_TRUE(IsThere(base + L"\\link"));
-    } else {
-        ADD_FAILURE() << "no link could be made";
-    }
-    for (const std::wstring& way : ways) {
+    const std::wstring link = base + L"\\link";
+    ASSERT_TRUE(MakeFolderLink(link, outside));
+    EXPECT_EQ(files.inspect(link).type, EntryType::link);
+    EXPECT_FALSE(files.removeFolder(link).isDone());
+    EXPECT_TRUE(IsThere(link));
+    for (const std::wstring& way : {outside, link}) {
         const std::wstring victim = way + L"\\victim.bin";
         const FileOutcome expected = way == outside ? FileOutcome::outside : FileOutcome::link;
         EXPECT_EQ(files.list(way).result.outcome, expected);
@@ -110,14 +100,13 @@ TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
         EXPECT_EQ(files.setStamp(victim, stamp).outcome, expected);
         EXPECT_FALSE(files.read(victim, 100));
     }
-    if (MakeFileLink(base + L"\\file-link", outside + L"\\victim.bin")) {
-        EXPECT_EQ(files.rename(base + L"\\file-link", base + L"\\x", nullptr).outcome,
-                  FileOutcome::link);
-        EXPECT_EQ(files.remove(base + L"\\file-link", nullptr).outcome, FileOutcome::link);
-    }
+    const std::wstring fileLink = base + L"\\file-link";
+    ASSERT_TRUE(MakeFileLink(fileLink, outside + L"\\victim.bin"));
+    EXPECT_EQ(files.rename(fileLink, base + L"\\x", nullptr).outcome, FileOutcome::link);
+    EXPECT_EQ(files.remove(fileLink, nullptr).outcome, FileOutcome::link);
     // A folder whose name only begins like the base is not below it.
     EXPECT_EQ(files.inspect(base + L"-not\\x").result.outcome, FileOutcome::outside);
-    EXPECT_EQ(SnapshotOf(outside, false).size(), 1U);
+    EXPECT_EQ(SnapshotOf(outside).size(), 1U);
     EXPECT_EQ(ReadStaged(outside + L"\\victim.bin"), "victim");
 }
 

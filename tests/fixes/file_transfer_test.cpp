@@ -14,8 +14,8 @@ class FileTransfer : public testing::Test {
     FileStamp stamp;
 
     void SetUp() override {
-        files.add(from, "contents");
         files.addFolder(L"D:\\b");
+        files.add(from, "contents");
         stamp = files.inspect(from).stamp;
     }
     std::string at(const std::wstring& path) {
@@ -26,34 +26,13 @@ class FileTransfer : public testing::Test {
 
 }  // namespace
 
-TEST_F(FileTransfer, TrustsNoCopyThatIsNotTheSame) {
+TEST_F(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
     files.spoilsCopies = true;
     EXPECT_EQ(TransferFile(files, from, to, stamp).outcome, FileOutcome::changed);
     EXPECT_EQ(at(from), "contents");
     EXPECT_EQ(files.snapshot(L"D:\\b").size(), 0U);
-}
+    files.spoilsCopies = false;
 
-TEST_F(FileTransfer, KeepsOneWhateverOthersDoBeforeTheLastStep) {
-    files.beforeRemoving = [this] {
-        if (files.find(to) != nullptr) files.find(from)->contents = "newer";
-    };
-    EXPECT_EQ(TransferFile(files, from, to, stamp).outcome, FileOutcome::changed);
-    EXPECT_EQ(at(from), "newer");
-    EXPECT_EQ(at(to), "");
-
-    files.find(from)->contents = "contents";
-    bool isGone = false;
-    files.beforeRemoving = [&] {
-        if (isGone) return;
-        isGone = true;
-        files.remove(from, nullptr);
-    };
-    EXPECT_TRUE(TransferFile(files, from, to, stamp).isDone());
-    EXPECT_EQ(at(from), "");
-    EXPECT_EQ(at(to), "contents");
-}
-
-TEST_F(FileTransfer, LeavesAFileOfThatNameAlone) {
     for (const std::wstring& taken : {to, PartOf(to)}) {
         files.add(taken, "somebody's");
         EXPECT_EQ(TransferFile(files, from, to, stamp).outcome, FileOutcome::exists);
@@ -61,10 +40,25 @@ TEST_F(FileTransfer, LeavesAFileOfThatNameAlone) {
         EXPECT_EQ(at(from), "contents");
         files.remove(taken, nullptr);
     }
+
+    // Others write to the original just before it would be removed, or remove it themselves.
+    files.beforeRemoving = [this] {
+        if (files.find(to) != nullptr) files.find(from)->contents = "newer";
+    };
+    EXPECT_EQ(TransferFile(files, from, to, stamp).outcome, FileOutcome::changed);
+    EXPECT_EQ(at(from), "newer");
+    EXPECT_EQ(at(to), "");
+    files.find(from)->contents = "contents";
+    files.beforeRemoving = [this] {
+        files.beforeRemoving = {};
+        files.remove(from, nullptr);
+    };
+    EXPECT_TRUE(TransferFile(files, from, to, stamp).isDone());
+    EXPECT_EQ(at(from), "");
+    EXPECT_EQ(at(to), "contents");
 }
 
 TEST_F(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
-    const std::wstring part = PartOf(to);
     const struct {
         const char* what;
         bool isWhole;      // the unfinished copy
@@ -79,15 +73,13 @@ TEST_F(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
         {"copy partial, original changed since", false, "newer one", "", ""},
         {"copy partial, original gone", false, "", "partial", ""},
     };
+    const std::wstring part = PartOf(to);
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        files.remove(from, nullptr);
-        files.remove(part, nullptr);
-        files.remove(to, nullptr);
-        if (*c.from != '\0') {
-            auto& original = files.add(from, c.from);
-            if (std::string(c.from) == "contents") original.modified = stamp.modified;
-        }
+        for (const std::wstring& path : {from, part, to})
+            files.remove(path, nullptr);
+        if (*c.from != '\0') files.add(from, c.from);
+        if (at(from) == "contents") files.find(from)->modified = stamp.modified;
         auto& copied = files.add(part, c.isWhole ? "contents" : "partial");
         if (c.isWhole) copied.modified = stamp.modified + 2 * kTicksPerSecond;
         SettleTransfer(files, from, to, stamp);

@@ -13,33 +13,14 @@
 #include "fixes/file_system_win.h"
 #include "fixes/registry_export.h"
 #include "fixes/registry_win.h"
-#include "tests/fixes/registry_samples.h"
 #include "tests/fixes/staged_folder_win.h"
 
 namespace {
 
-// A key of this test's own, removed at its end.
-class StagedKey {
-  public:
-    StagedKey() : path_(L"Software\\MireloTest-" + decimalUnsigned(GetCurrentProcessId())) {
-        remove();
-    }
-    ~StagedKey() { remove(); }
-    StagedKey(const StagedKey&) = delete;
-    StagedKey& operator=(const StagedKey&) = delete;
-
-    [[nodiscard]] const std::wstring& path() const { return path_; }
-    void remove() const { RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str()); }
-
-  private:
-    std::wstring path_;
-};
-
 void writeKey(const std::wstring& path, const std::vector<RegistryValue>& values) {
     RegistryKey key;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                              nullptr, key.receive(), nullptr),
-              ERROR_SUCCESS);
+    RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                    key.receive(), nullptr);
     for (const RegistryValue& value : values)
         ASSERT_EQ(RegSetValueExW(key.get(), value.name.c_str(), 0, value.type, value.data.data(),
                                  static_cast<DWORD>(value.data.size())),
@@ -56,77 +37,77 @@ std::optional<std::vector<RegistryKeyRecord>> readSorted(const std::wstring& pat
     return tree;
 }
 
-// Wine's import completes a text that ends in half a character, which Windows' own leaves alone.
-std::vector<RegistryValue> importableValues() {
-    std::vector<RegistryValue> values = hardRegistryValues();
-    std::erase_if(values, [](const RegistryValue& value) {
-        return value.type == kRegistryText && value.data.size() % 2 != 0;
-    });
-    return values;
+// Every type, with names and data that are hard to write down. Left out is a text that ends in half
+// a character: Wine's import completes it, which Windows' own leaves alone.
+std::vector<RegistryValue> hardValues() {
+    std::vector<std::uint8_t> everyByte;
+    for (int i = 0; i < 256; ++i)
+        everyByte.push_back(static_cast<std::uint8_t>(i));
+    std::vector<std::uint8_t> twoStrings = DataOfText(L"one\\");
+    const std::vector<std::uint8_t> second = DataOfText(L"\"two\"");
+    twoStrings.insert(twoStrings.end(), second.begin(), second.end());
+    twoStrings.insert(twoStrings.end(), 2, 0);
+    return {
+        {L"", kRegistryText, DataOfText(L"the default value")},
+        {L"plain", kRegistryText, DataOfText(L"text")},
+        {L"empty", kRegistryText, DataOfText(L"")},
+        {L"quotes \" and \\ backslashes\\", kRegistryText, DataOfText(LR"(C:\a "b"\)")},
+        {L"line\r\nbreak", kRegistryText, DataOfText(L"first\r\nsecond\ttab")},
+        {L"\u0429\u4E2D\U0001F600=;[]", kRegistryText, DataOfText(L"\u0429\u4E2D\U0001F600=;[]")},
+        {L"no terminator", kRegistryText, {0x41, 0, 0x42, 0}},
+        {L"two terminators", kRegistryText, {0x41, 0, 0, 0, 0, 0}},
+        {L"nothing", kRegistryText, {}},
+        {L"expand", kRegistryExpandableText, DataOfText(L"%TEMP%\\x")},
+        {L"binary", kRegistryBinary, everyByte},
+        {L"no binary", kRegistryBinary, {}},
+        {L"number", kRegistryNumber, DataOfNumber(0x89ABCDEF)},
+        {L"short number", kRegistryNumber, {1, 2, 3}},
+        {L"none", 0, {1}},
+        {L"big-endian", 5, {1, 2, 3, 4}},
+        {L"link", 6, {0x41, 0}},
+        {L"strings", 7, twoStrings},
+        {L"no strings", 7, {}},
+        {L"resource list", 8, {9, 8, 7}},
+        {L"quad", 11, {1, 2, 3, 4, 5, 6, 7, 0xFF}},
+        {L"unknown type", 0x12345, {1, 2}},
+        {std::wstring(300, L'n'), kRegistryBinary, everyByte},
+    };
 }
 
 }  // namespace
 
 TEST(SettingsOnWindows, ImportGivesBackExactlyWhatWasExported) {
-    const StagedKey key;
+    const std::wstring key = L"Software\\MireloTest-" + decimalUnsigned(GetCurrentProcessId());
     const StagedFolder folder;
-    writeKey(key.path(), importableValues());
-    writeKey(key.path() + L"\\[sub] key=\u4E2D;\"x\"\\deep",
-             {{L"v", kRegistryNumber, DataOfNumber(7)}});
-    const auto before = readSorted(key.path());
+    writeKey(key, hardValues());
+    writeKey(key + L"\\[sub] key=\u4E2D;\"x\"\\deep", {{L"v", kRegistryNumber, DataOfNumber(7)}});
+    const auto before = readSorted(key);
     ASSERT_TRUE(before);
     ASSERT_EQ(before->size(), 3U);
-    EXPECT_EQ((*before)[0].values.size(), importableValues().size());
+    EXPECT_EQ((*before)[0].values.size(), hardValues().size());
 
     WindowsRegistry registry;
     WindowsFileSystem files({folder.path()});
     const std::wstring file = folder.path() + L"\\settings.reg";
-    ASSERT_TRUE(
-        files.writeNew(file, WriteRegistryExport(*ReadTree(registry, key.path()))).isDone());
+    const auto text = WriteRegistryExport(*ReadTree(registry, key));
+    ASSERT_TRUE(files.writeNew(file, text.value_or("")).isDone());
 
     // Once over values that were changed, once into nothing.
     for (const bool isGone : {false, true}) {
         if (isGone) {
-            key.remove();
+            RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
         } else {
-            for (RegistryValue value : importableValues()) {
+            for (RegistryValue value : hardValues()) {
                 value.type = kRegistryText;
                 value.data = DataOfText(L"changed");
-                ASSERT_EQ(registry.setValue(key.path(), value), 0U);
+                ASSERT_EQ(registry.setValue(key, value), 0U);
             }
         }
-        EXPECT_NE(readSorted(key.path()), before);
+        EXPECT_NE(readSorted(key), before);
         ASSERT_EQ(RunToEnd(L"reg.exe import \"" + file + L"\""), 0);
-        const auto after = readSorted(key.path());
-        ASSERT_TRUE(after);
-        ASSERT_EQ(after->size(), before->size());
-        for (std::size_t i = 0; i < before->size(); ++i) {
-            EXPECT_EQ((*after)[i].path, (*before)[i].path);
-            ASSERT_EQ((*after)[i].values.size(), (*before)[i].values.size());
-            for (std::size_t j = 0; j < (*before)[i].values.size(); ++j)
-                EXPECT_TRUE((*after)[i].values[j] == (*before)[i].values[j])
-                    << utf8FromWide((*before)[i].values[j].name);
-        }
+        EXPECT_TRUE(readSorted(key) == before) << isGone;
     }
-}
-
-TEST(SettingsOnWindows, FindsARunningCorelByItsName) {
-    EXPECT_FALSE(IsCorelRunning());
-    const StagedFolder folder;
-    wchar_t self[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    const std::wstring corel = folder.path() + L"\\coreldrw.EXE";
-    ASSERT_TRUE(CopyFileW(self, corel.c_str(), TRUE));
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info{};
-    std::wstring command = L"\"" + corel + L"\"";
-    ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED,
-                               nullptr, nullptr, &startup, &info));
-    const KernelHandle process(info.hProcess), thread(info.hThread);
-    EXPECT_TRUE(IsCorelRunning());
-    TerminateProcess(process.get(), 0);
-    WaitForSingleObject(process.get(), 10'000);
+    RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
 }
 
 TEST(FixActions, WaitForNoOtherProgram) {

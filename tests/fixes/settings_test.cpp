@@ -12,6 +12,9 @@
 namespace {
 
 const std::wstring kCorel = L"Software\\Corel\\CorelDRAW";
+const std::wstring kDraw24 = kCorel + L"\\24.0\\Draw\\Application Preferences\\";
+const std::wstring kTool = L"C:\\Roaming\\Mirelo";
+const std::wstring kExport = kTool + L"\\backups\\settings_2024-01-17_21-20-00\\settings.reg";
 
 RegistryValue text(const wchar_t* name, const wchar_t* data) {
     return {name, kRegistryText, DataOfText(data)};
@@ -25,7 +28,6 @@ class FakeRegistry final : public Registry {
     std::map<std::wstring, std::vector<RegistryValue>> keys;
     bool refuses = false;
     bool forgets = false;
-    int written = 0;
 
     std::optional<std::vector<std::wstring>> subkeys(const std::wstring& key) override {
         std::vector<std::wstring> names;
@@ -46,7 +48,6 @@ class FakeRegistry final : public Registry {
     }
     std::uint32_t setValue(const std::wstring& key, const RegistryValue& value) override {
         if (refuses) return 5;
-        ++written;
         for (RegistryValue& old : keys.at(key))
             if (old.name == value.name && !forgets) old = value;
         return 0;
@@ -55,25 +56,25 @@ class FakeRegistry final : public Registry {
 
 struct Settings {
     Settings() {
-        registry.keys[kCorel + L"\\24.0\\Draw\\Application Preferences\\General"] = {
-            number(L"UndoLevels", 99), number(L"BitmapUndoLevels", 2), text(L"Other", L"99")};
-        registry.keys[kCorel + L"\\24.0\\Draw\\Application Preferences\\Framework"] = {
-            text(L"ShowWelcomeScreen", L"true")};
-        registry.keys[kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep"] = {
-            text(L"Undo Levels", L"20"), text(L"Hide Welcome Screen", L"0")};
-        registry.keys[kCorel + L"\\13.0\\CorelDRAW\\Application Preferences\\HTML Export"] = {
-            text(L"x", L"1")};
-        registry.keys[kCorel + L"\\13.0\\PHOTO-PAINT\\Application Preferences\\General"] = {
-            number(L"UndoLevels", 99)};
-        registry.keys[kCorel + L"\\Shared\\Draw\\Application Preferences\\General"] = {
-            number(L"UndoLevels", 99)};
-        files.addFolder(L"C:\\Roaming");
+        registry.keys = {
+            {kDraw24 + L"General",
+             {number(L"UndoLevels", 99), number(L"BitmapUndoLevels", 2), text(L"Other", L"99")}},
+            {kDraw24 + L"Framework", {text(L"ShowWelcomeScreen", L"true")}},
+            {kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep",
+             {text(L"Undo Levels", L"20"), text(L"Hide Welcome Screen", L"0")}},
+            {kCorel + L"\\13.0\\CorelDRAW\\Application Preferences\\HTML Export",
+             {text(L"x", L"1")}},
+            {kCorel + L"\\13.0\\PHOTO-PAINT\\Application Preferences\\G",
+             {number(L"UndoLevels", 9)}},
+            {kCorel + L"\\Shared\\Draw\\Application Preferences\\G", {number(L"UndoLevels", 9)}},
+        };
+        files.addFolder(ParentFolder(kTool));
     }
-    void run() {
-        log.clear();
-        questions.clear();
+    /// The report of one press; each question is added to `questions`.
+    std::wstring run() {
+        std::wstring log;
         const Shell shell = {
-            [&](std::wstring line) { log.push_back(std::move(line)); },
+            [&](const std::wstring& line) { log += line + L"\n"; },
             [&](const std::wstring& question, const std::wstring&, ConfirmStyle style) {
                 EXPECT_EQ(style, ConfirmStyle::warning);
                 questions.push_back(question);
@@ -81,21 +82,10 @@ struct Settings {
                 return answer;
             },
             [](std::wstring) {}};
-        OnOptimizeSettings(shell, {registry,
-                                   {files,
-                                    {},
-                                    L"C:\\Roaming\\Mirelo",
-                                    [this] { return isCorelRunning; },
-                                    [] {
-                                        return BackupWorld::Now{1, 133'500'000'000'000'000};
-                                    }},
-                                   kCorel});
-    }
-    std::wstring logText() const {
-        std::wstring all;
-        for (const std::wstring& line : log)
-            all += line + L"\n";
-        return all;
+        const auto now = [] { return BackupWorld::Now{1, 133'500'000'000'000'000}; };
+        OnOptimizeSettings(
+            shell, {registry, {files, {}, kTool, [this] { return isCorelRunning; }, now}, kCorel});
+        return log;
     }
 
     FakeRegistry registry;
@@ -103,11 +93,8 @@ struct Settings {
     bool answer = true;
     bool isCorelRunning = false;
     std::function<void()> whileAsking;
-    std::vector<std::wstring> log, questions;
+    std::vector<std::wstring> questions;
 };
-
-const std::wstring kExport =
-    L"C:\\Roaming\\Mirelo\\backups\\settings_2024-01-17_21-20-00\\settings.reg";
 
 }  // namespace
 
@@ -144,10 +131,7 @@ TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(utf8FromWide(c.before.name + L" " + ValueText(c.before)));
-        const auto plans =
-            PlanSettings({{L"24.0",
-                           {{kCorel + L"\\24.0\\Draw\\Application Preferences\\G", {c.before}}},
-                           true}});
+        const auto plans = PlanSettings({{L"24.0", {{kDraw24 + L"G", {c.before}}}, true}});
         ASSERT_EQ(plans.size(), 1U);
         EXPECT_EQ(plans[0].found[0] + plans[0].found[1], c.after == none ? 0U : 1U);
         const bool isChange = !(c.after == none) && !(c.after == c.before);
@@ -158,84 +142,64 @@ TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
 
 TEST(Settings, AsksExportsChangesAndSaysEach) {
     Settings settings;
-    const auto before = settings.registry.keys;
-    settings.run();
-    const std::wstring expected =
-        L"[Settings] CorelDRAW 13.0: no value for the undo levels or the welcome screen was "
-        L"found, left alone.\n"
-        L"[Settings] CorelDRAW 9.0: undo levels 20 -> 30\n"
-        L"[Settings] CorelDRAW 9.0: welcome screen 0 -> 1\n"
-        L"[Settings] CorelDRAW 24.0: welcome screen true -> false\n"
-        L"[Settings] CorelDRAW 24.0: undo levels 99 -> 30\n"
-        L"[Settings] [OK] 4 of 4 settings changed, in effect when CorelDRAW starts again. The old "
-        L"ones are in " +
-        kExport + L"\n";
-    EXPECT_EQ(settings.logText(), expected);
+    // The keys go into the export whole, as they were.
+    std::vector<RegistryKeyRecord> exported;
+    for (const std::wstring& key :
+         {kDraw24 + L"Framework", kDraw24 + L"General",
+          kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep"})
+        exported.push_back({key, settings.registry.keys.at(key)});
+    EXPECT_EQ(settings.run(),
+              L"[Settings] CorelDRAW 13.0: no value for the undo levels or the welcome screen was "
+              L"found, left alone.\n"
+              L"[Settings] CorelDRAW 9.0: undo levels 20 -> 30\n"
+              L"[Settings] CorelDRAW 9.0: welcome screen 0 -> 1\n"
+              L"[Settings] CorelDRAW 24.0: welcome screen true -> false\n"
+              L"[Settings] CorelDRAW 24.0: undo levels 99 -> 30\n"
+              L"[Settings] [OK] 4 of 4 settings changed, in effect when CorelDRAW starts again. "
+              L"The old ones are in " +
+                  kExport + L"\n");
     ASSERT_EQ(settings.questions.size(), 1U);
     EXPECT_NE(settings.questions[0].find(L"CorelDRAW 24.0: undo levels 99 -> 30\n"),
               std::wstring::npos);
     EXPECT_NE(settings.questions[0].find(kExport), std::wstring::npos);
-
-    // The export holds the keys whole, as they were.
-    const auto exported = ReadRegistryExport(settings.files.find(kExport)->contents);
-    ASSERT_TRUE(exported);
-    ASSERT_EQ(exported->size(), 3U);
-    for (const RegistryKeyRecord& key : *exported)
-        EXPECT_EQ(key.values, before.at(key.path));
-    EXPECT_EQ(settings.registry.written, 4);
+    EXPECT_EQ(settings.files.find(kExport)->contents, WriteRegistryExport(exported));
 
     // A second press finds nothing to do and exports nothing.
-    settings.run();
-    EXPECT_EQ(settings.questions.size(), 0U);
-    EXPECT_TRUE(settings.log.back().starts_with(L"[Settings] [OK] "));
-    EXPECT_EQ(ListBackups(settings.files, L"C:\\Roaming\\Mirelo", kSettingsBackup).size(), 1U);
+    EXPECT_NE(settings.run().find(L"[Settings] [OK] What was found is optimal"),
+              std::wstring::npos);
+    EXPECT_EQ(settings.questions.size(), 1U);
+    EXPECT_EQ(ListBackups(settings.files, kTool, kSettingsBackup).size(), 1U);
 }
 
 TEST(Settings, ChangesNothingWhenItMayNot) {
     const struct {
-        const char* what;
         std::function<void(Settings&)> arrange;
-        const wchar_t* lastLine;
+        const wchar_t* line;
     } cases[] = {
-        {"running", [](Settings& s) { s.isCorelRunning = true; },
+        {[](Settings& s) { s.isCorelRunning = true; }, L"[Settings] [WARN] CorelDRAW is running"},
+        {[](Settings& s) { s.whileAsking = [&s] { s.isCorelRunning = true; }; },
          L"[Settings] [WARN] CorelDRAW is running"},
-        {"started meanwhile",
-         [](Settings& s) { s.whileAsking = [&s] { s.isCorelRunning = true; }; },
-         L"[Settings] [WARN] CorelDRAW is running"},
-        {"no", [](Settings& s) { s.answer = false; }, L"[Settings] Cancelled"},
-        {"no CorelDRAW", [](Settings& s) { s.registry.keys.clear(); }, L"[Settings] No settings"},
-        {"no folder for the export",
-         [](Settings& s) { s.files.add(L"C:\\Roaming\\Mirelo", "file"); },
+        {[](Settings& s) { s.answer = false; }, L"[Settings] Cancelled, nothing was changed."},
+        {[](Settings& s) { s.registry.keys.clear(); }, L"[Settings] No settings of CorelDRAW"},
+        {[](Settings& s) { s.files.add(kTool, "a file"); }, L"[Settings] Failed to export"},
+        {[](Settings& s) { s.registry.keys[kDraw24 + L"General\\a\r\nb"] = {}; },
          L"[Settings] Failed to export"},
-        {"a key that no file can hold",
-         [](Settings& s) {
-             s.registry
-                 .keys[kCorel + L"\\24.0\\Draw\\Application Preferences\\General\\a\r\nb"] = {};
-         },
-         L"[Settings] Failed to export"},
-        {"refused", [](Settings& s) { s.registry.refuses = true; }, L"[Settings] [WARN] 0 of 4"},
-        {"not kept", [](Settings& s) { s.registry.forgets = true; }, L"[Settings] [WARN] 0 of 4"},
+        {[](Settings& s) { s.registry.refuses = true; }, L"[Settings] [WARN] 0 of 4 settings"},
+        {[](Settings& s) { s.registry.forgets = true; }, L"[Settings] [WARN] 0 of 4 settings"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
         Settings settings;
         c.arrange(settings);
         const auto before = settings.registry.keys;
-        settings.run();
-        EXPECT_TRUE(settings.registry.keys == before);
-        ASSERT_FALSE(settings.log.empty());
-        EXPECT_TRUE(settings.log.back().starts_with(c.lastLine))
-            << utf8FromWide(settings.logText());
+        const std::wstring log = settings.run();
+        EXPECT_TRUE(settings.registry.keys == before) << c.line;
+        EXPECT_NE(log.find(c.line), std::wstring::npos) << utf8FromWide(log);
     }
-}
 
-TEST(Settings, LeavesAValueThatChangedMeanwhile) {
     Settings settings;
-    auto& general =
-        settings.registry.keys[kCorel + L"\\24.0\\Draw\\Application Preferences\\General"];
-    settings.whileAsking = [&] { general[0] = number(L"UndoLevels", 50); };
-    settings.run();
-    EXPECT_EQ(general[0], number(L"UndoLevels", 50));
-    EXPECT_NE(settings.logText().find(L"changed meanwhile"), std::wstring::npos);
-    EXPECT_TRUE(settings.log.back().starts_with(L"[Settings] [WARN] 3 of 4"));
+    RegistryValue& undo = settings.registry.keys.at(kDraw24 + L"General")[0];
+    settings.whileAsking = [&] { undo = number(L"UndoLevels", 50); };
+    EXPECT_NE(settings.run().find(L"undo levels 99 -> 30: the value has changed meanwhile"),
+              std::wstring::npos);
+    EXPECT_EQ(undo, number(L"UndoLevels", 50));
 }

@@ -32,13 +32,11 @@ bool IsThere(const std::wstring& path);
 bool MakeFolderLink(const std::wstring& link, const std::wstring& target);
 bool MakeFileLink(const std::wstring& link, const std::wstring& target);
 
+/// An empty handle when it cannot start.
+KernelHandle StartProgram(std::wstring commandLine);
 /// Runs a program to its end and gives its exit code; -1 when it cannot start.
 int RunToEnd(std::wstring commandLine);
 
 /// A description of everything below a folder by its path from there: type, contents, attributes,
-/// time of change. Links are not entered. Folders have their time only when `hasFolderTimes`.
-std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder, bool hasFolderTimes);
-
-/// The paths that differ, one a line.
-std::string DifferenceOf(const std::map<std::wstring, std::string>& now,
-                         const std::map<std::wstring, std::string>& before);
+/// time of change of files. Links are not entered.
+std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/text.h"
 #include "fixes/cleanup.h"
 #include "tests/fixes/fake_file_system.h"
 
@@ -50,3 +51,14 @@ inline constexpr std::size_t kStagedCleaned = [] {
         count += file.isCleaned ? 1 : 0;
     return count;
 }();
+
+/// The paths at which two snapshots differ, one a line.
+template <typename Snapshot>
+std::string DifferenceOf(const Snapshot& now, const Snapshot& before) {
+    std::string text;
+    for (const auto& [path, what] : before)
+        if (!now.contains(path) || now.at(path) != what) text += utf8FromWide(path) + "\n";
+    for (const auto& [path, what] : now)
+        if (!before.contains(path)) text += utf8FromWide(path) + "\n";
+    return text;
+}

@@ -2,36 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "fixes/words.h"
 
 TEST(Timestamp, WritesMomentsExactlyAndReadsThemBack) {
     constexpr FileTicks kDay = 86'400 * kTicksPerSecond;
+    constexpr FileTicks k1970 = 116'444'736'000'000'000;
     const struct {
         FileTicks ticks;
         const char* text;
     } cases[] = {
         {0, "1601-01-01T00:00:00.0000000Z"},
-        {116'444'736'000'000'000, "1970-01-01T00:00:00.0000000Z"},
-        {116'444'736'000'000'000 + 19'782 * kDay + 1, "2024-02-29T00:00:00.0000001Z"},
-        {116'444'736'000'000'000 - kDay, "1969-12-31T00:00:00.0000000Z"},
-        {145'731 * kDay - 1, "1999-12-31T23:59:59.9999999Z"},
+        {k1970, "1970-01-01T00:00:00.0000000Z"},
+        {k1970 - 1, "1969-12-31T23:59:59.9999999Z"},
+        {k1970 + 19'782 * kDay + 1, "2024-02-29T00:00:00.0000001Z"},
+        {INT64_MAX, "30828-09-14T02:48:05.4775807Z"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(FormatTimestamp(c.ticks), c.text);
         EXPECT_EQ(ParseTimestamp(c.text), c.ticks);
     }
-    EXPECT_EQ(DatedName(145'731 * kDay - 1), L"1999-12-31_23-59-59");
-    for (FileTicks ticks = 12345; ticks < std::numeric_limits<FileTicks>::max() / 2;
-         ticks += ticks / 50 + 777 * kDay + 13) {
-        EXPECT_EQ(ParseTimestamp(FormatTimestamp(ticks)), ticks);
-    }
-    const FileTicks last = std::numeric_limits<FileTicks>::max();
-    EXPECT_EQ(ParseTimestamp(FormatTimestamp(last)), last);
-}
-
-TEST(Timestamp, RefusesEverythingElse) {
+    EXPECT_EQ(FormatTimestamp(UINT64_MAX), FormatTimestamp(INT64_MAX));
+    EXPECT_EQ(DatedName(k1970 - 1), L"1969-12-31_23-59-59");
     for (const char* text :
          {"", "2024-02-29", "2023-02-29T00:00:00.0000000Z", "2024-13-01T00:00:00.0000000Z",
           "2024-00-01T00:00:00.0000000Z", "2024-01-01T24:00:00.0000000Z",
@@ -48,15 +39,10 @@ TEST(Words, RoundSizesDown) {
         std::uint64_t bytes;
         const wchar_t* text;
     } cases[] = {
-        {0, L"0 bytes"},
-        {1, L"1 byte"},
-        {1023, L"1023 bytes"},
-        {1024, L"1.0 KB"},
-        {1048575, L"1023.9 KB"},
-        {1048576, L"1.0 MB"},
-        {1610612736, L"1.5 GB"},
-        {std::uint64_t{5} << 40, L"5.0 TB"},
-        {std::numeric_limits<std::uint64_t>::max(), L"16777215.9 TB"},
+        {0, L"0 bytes"},         {1, L"1 byte"},
+        {1023, L"1023 bytes"},   {1024, L"1.0 KB"},
+        {1048575, L"1023.9 KB"}, {1048576, L"1.0 MB"},
+        {1610612736, L"1.5 GB"}, {UINT64_MAX, L"16777215.9 TB"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(SizeText(c.bytes), c.text);
