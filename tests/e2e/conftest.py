@@ -1,11 +1,7 @@
-import shutil
-
 import pytest
 
 import staging
-from driver import Desktop, Mirelo, Practice, WineBox
-
-PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
+from driver import Desktop, Mirelo, Practice, WineBox, closing
 
 
 @pytest.hookimpl(hookwrapper=True)
@@ -60,39 +56,18 @@ def mirelo(wine):
 
 
 @pytest.fixture
-def printers(wine):
-    """A bad default printer and a virtual one; a call tells the default."""
-    with staging.network_printer(wine) as default_printer:
-        yield default_printer
+def printers(wine, tmp_path):
+    with closing(staging.Spooler(wine, tmp_path)) as spooler:
+        yield spooler
 
 
 @pytest.fixture
 def caches(wine):
-    """Files of CorelDRAW that are worth cleaning, with their contents."""
-    local = wine.tool_folder.parents[1] / "Local"
-    contents = {
-        local / "CrashDumps" / "CorelDRW.exe.4711.dmp": b"dump" * 1000,
-        local / "Corel" / "CorelDRAW Graphics Suite X7" / "Draw" / "PreviewCache" / "bild 中.tmp": b"preview",
-    }
-    for path, content in contents.items():
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(content)
-    yield contents
-    for path in contents:
-        path.unlink(missing_ok=True)
-    shutil.rmtree(wine.tool_folder / "Backups", ignore_errors=True)
+    with staging.caches_of_coreldraw(wine) as contents:
+        yield contents
 
 
 @pytest.fixture
 def settings(wine):
-    """CorelDRAW's settings as they slow it down; a call reads them."""
-    wine.set_registry(PREFERENCES, "UndoLevels", "150")
-    wine.set_registry(PREFERENCES, "ShowWelcomeScreen", "1", "REG_DWORD")
-
-    def read():
-        words = wine.run("reg", "query", PREFERENCES).split()
-        return {name: words[words.index(name) + 2] for name in ("UndoLevels", "ShowWelcomeScreen")}
-
-    yield read
-    wine.delete_registry(r"HKCU\Software\Corel")
-    shutil.rmtree(wine.tool_folder / "Backups", ignore_errors=True)
+    with staging.settings_of_coreldraw(wine) as read:
+        yield read

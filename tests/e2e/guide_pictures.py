@@ -43,7 +43,8 @@ def check_and_clean(wine):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.touch()
         os.truncate(path, size)
-    with staging.network_printer(wine), closing(Mirelo(wine)) as mirelo:
+    with closing(staging.Spooler(wine, OUTPUT)) as printers, closing(Mirelo(wine)) as mirelo:
+        printers.default = "Studio Queue"
         mirelo.resize(WIDTH_PX, 960)
         mirelo.show(FIX_TAB)
         mirelo.click(SCAN)

@@ -1,30 +1,106 @@
 """Stages what the Fix page finds, for tests and for pictures."""
 
 import contextlib
+import shutil
 
-PRINTERS = r"HKLM\System\CurrentControlSet\Control\Print\Printers"
+from driver import windows_path
+
+MACHINE = "HKEY_LOCAL_MACHINE"
+PRINTERS = r"System\CurrentControlSet\Control\Print\Printers"
+FONTS = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Fonts"
+QUOTA = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+VIRTUAL = "Microsoft Print to PDF"
 DEVICES = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Devices"
 DEFAULT = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
+
+
+def import_registry(wine, tmp_path, *lines):
+    path = tmp_path / "staged.reg"
+    path.write_text("\r\n".join(("\ufeffWindows Registry Editor Version 5.00", "", *lines, "")), "utf-16-le", newline="")
+    wine.run("reg", "import", windows_path(path))
+
+
+def quoted(text):
+    return '"' + text.replace("\\", "\\\\") + '"'
+
+
+class Spooler:
+    """Wine's spooler lives in the registry, so printers can be staged. It reports no status: offline is an attribute."""
+
+    PRINTERS = {"Studio": ("LPT1:", 0), "Studio Queue": (r"\\server\queue", 0), "Direct": ("IP_192.168.0.9", 0),
+                "Shared": ("LPT1:", 0x10), "Asleep": ("LPT1:", 0x400), VIRTUAL: ("PORTPROMPT:", 0)}
+
+    def __init__(self, wine, tmp_path):
+        self._wine = wine
+        lines = []
+        for name, (port, attributes) in self.PRINTERS.items():
+            lines += [f"[{MACHINE}\\{PRINTERS}\\{name}]", f'"Name"={quoted(name)}', f'"Port"={quoted(port)}',
+                      '"Printer Driver"="wineps.drv"', '"Print Processor"="WinPrint"',
+                      f'"Attributes"=dword:{attributes:08x}', '"Status"=dword:00000000']
+        import_registry(wine, tmp_path, *lines)
+        for name in self.PRINTERS:
+            self.accept(name)
+        self.default = None
+
+    def close(self):
+        for name in self.PRINTERS:
+            self._wine.delete_registry(rf"{MACHINE}\{PRINTERS}\{name}")
+            self.refuse(name)
+        self.default = None
+
+    def accept(self, name):
+        self._wine.set_registry(DEVICES, name, f"winspool,{self.PRINTERS[name][0]}")
+
+    def refuse(self, name):
+        """From now on nobody can make it the default printer."""
+        self._wine.delete_registry(DEVICES, name)
+
+    @property
+    def default(self):
+        text = self._wine.run("reg", "query", DEFAULT, "/v", "Device")
+        return text.split("REG_SZ")[1].strip().split(",")[0] if "REG_SZ" in text else None
+
+    @default.setter
+    def default(self, name):
+        if name:
+            self._wine.set_registry(DEFAULT, "Device", f"{name},winspool,LPT1:")
+        else:
+            self._wine.delete_registry(DEFAULT, "Device")
 
 
 @contextlib.contextmanager
-def network_printer(wine):
-    """A network printer as the default one beside the virtual printer; gives a reader of the default printer."""
-    names = {"Studio Queue": r"\\server\queue", "Microsoft Print to PDF": "PORTPROMPT:"}
-    for name, port in names.items():
-        for value, text in {"Name": name, "Port": port, "Printer Driver": "wineps.drv",
-                            "Print Processor": "WinPrint"}.items():
-            wine.set_registry(rf"{PRINTERS}\{name}", value, text)
-        for value in ("Attributes", "Status"):
-            wine.set_registry(rf"{PRINTERS}\{name}", value, 0, "REG_DWORD")
-        wine.set_registry(DEVICES, name, f"winspool,{port}")
-    wine.set_registry(DEFAULT, "Device", r"Studio Queue,winspool,\\server\queue")
-    wine.shut_down()
+def caches_of_coreldraw(wine):
+    """Files that are worth cleaning and one that is not; gives their contents."""
+    local = wine.tool_folder.parents[1] / "Local"
+    contents = {
+        local / "CrashDumps" / "CorelDRW.exe.4711.dmp": b"dump" * 1000,
+        local / "Corel" / "CorelDRAW Graphics Suite X7" / "Draw" / "PreviewCache" / "bild 中.tmp": b"preview",
+        local / "CrashDumps" / "other.exe.1.dmp": b"foreign",
+    }
+    for path, content in contents.items():
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
     try:
-        yield lambda: wine.run("reg", "query", DEFAULT, "/v", "Device")
+        yield contents
     finally:
-        for name in names:
-            wine.delete_registry(rf"{PRINTERS}\{name}")
-            wine.delete_registry(DEVICES, name)
-        wine.delete_registry(DEFAULT, "Device")
-        wine.shut_down()
+        for path in contents:
+            path.unlink(missing_ok=True)
+        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+
+
+@contextlib.contextmanager
+def settings_of_coreldraw(wine):
+    """Settings as they slow CorelDRAW down; gives a reader of them."""
+    wine.set_registry(PREFERENCES, "UndoLevels", "150")
+    wine.set_registry(PREFERENCES, "ShowWelcomeScreen", "1", "REG_DWORD")
+
+    def read():
+        words = wine.run("reg", "query", PREFERENCES).split()
+        return {name: words[words.index(name) + 2] for name in ("UndoLevels", "ShowWelcomeScreen")}
+
+    try:
+        yield read
+    finally:
+        wine.delete_registry(r"HKCU\Software\Corel")
+        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
