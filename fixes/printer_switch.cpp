@@ -41,7 +41,6 @@ void OnTempPrinter(const Shell& shell, PrinterSwitch& state, const Printers& pri
 
     std::wstring replaced = SwitchToVirtualPrinter(printers);
     if (replaced.empty()) {
-        // A switch may have been made meanwhile, by a question asked twice: its name stays.
         shell.appendLog(
             L"[Printer] Switch failed (already a virtual printer, or blocked by policy).");
         return;

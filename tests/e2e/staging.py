@@ -6,12 +6,12 @@ import shutil
 from driver import windows_path
 
 MACHINE = "HKEY_LOCAL_MACHINE"
-PRINTERS = r"System\CurrentControlSet\Control\Print\Printers"
+PRINTERS = rf"{MACHINE}\System\CurrentControlSet\Control\Print\Printers"
 FONTS = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Fonts"
 QUOTA = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 VIRTUAL = "Microsoft Print to PDF"
-DEVICES = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Devices"
-DEFAULT = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+DEVICES = r"HKEY_CURRENT_USER\Software\Microsoft\Windows NT\CurrentVersion\Devices"
+DEFAULT = r"HKEY_CURRENT_USER\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
 
 
@@ -32,22 +32,18 @@ class Spooler:
                 "Shared": ("LPT1:", 0x10), "Asleep": ("LPT1:", 0x400), VIRTUAL: ("PORTPROMPT:", 0)}
 
     def __init__(self, wine, tmp_path):
-        self._wine = wine
+        self._wine, self._folder = wine, tmp_path
         lines = []
         for name, (port, attributes) in self.PRINTERS.items():
-            lines += [f"[{MACHINE}\\{PRINTERS}\\{name}]", f'"Name"={quoted(name)}', f'"Port"={quoted(port)}',
+            lines += [f"[{PRINTERS}\\{name}]", f'"Name"={quoted(name)}', f'"Port"={quoted(port)}',
                       '"Printer Driver"="wineps.drv"', '"Print Processor"="WinPrint"',
                       f'"Attributes"=dword:{attributes:08x}', '"Status"=dword:00000000']
-        import_registry(wine, tmp_path, *lines)
-        for name in self.PRINTERS:
-            self.accept(name)
-        self.default = None
+        ports = [f'"{name}"={quoted("winspool," + port)}' for name, (port, _) in self.PRINTERS.items()]
+        import_registry(wine, tmp_path, *lines, f"[{DEVICES}]", *ports, f"[{DEFAULT}]", '"Device"=-')
 
     def close(self):
-        for name in self.PRINTERS:
-            self._wine.delete_registry(rf"{MACHINE}\{PRINTERS}\{name}")
-            self.refuse(name)
-        self.default = None
+        import_registry(self._wine, self._folder, *(f"[-{PRINTERS}\\{name}]" for name in self.PRINTERS),
+                        f"[{DEVICES}]", *(f'"{name}"=-' for name in self.PRINTERS), f"[{DEFAULT}]", '"Device"=-')
 
     def accept(self, name):
         self._wine.set_registry(DEVICES, name, f"winspool,{self.PRINTERS[name][0]}")

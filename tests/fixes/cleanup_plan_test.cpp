@@ -17,47 +17,14 @@ CleanupPlan planOf(FakeFileSystem& files, const CleanupRoots& roots = kStagedRoo
     return PlanCleanup(ListCleanupItems(files, roots), roots);
 }
 
-void stage(FakeFileSystem& files) {
-    for (const StagedFile& file : kStagedFiles)
-        files.add(kStagedUser + L"\\" + file.path, "12345");
-}
-
-Paths pathsOf(const CleanupPlan& plan, bool areFolders) {
+Paths pathsOf(const CleanupPlan& plan) {
     Paths paths;
     for (const PlannedItem& item : plan.items)
-        if (item.isFolder == areFolders) paths.insert(item.path);
+        paths.insert(item.path);
     return paths;
 }
 
 }  // namespace
-
-TEST(CleanupPlan, TakesWhatTheTableNamesAndNothingElse) {
-    FakeFileSystem files;
-    stage(files);
-    const CleanupPlan plan = planOf(files);
-    Paths expected;
-    for (const StagedFile& file : kStagedFiles)
-        if (file.isCleaned) expected.insert(kStagedUser + L"\\" + file.path);
-    EXPECT_EQ(pathsOf(plan, false), expected);
-
-    // Emptied folders go, inner ones first; those that the table itself names stay.
-    const std::wstring reports = kStagedRoots[1] + LR"(\Microsoft\Windows\WER\)";
-    const std::wstring preview =
-        kStagedRoots[1] + LR"(\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\)";
-    const Paths folders = {
-        reports + LR"(ReportArchive\AppCrash_CorelDRW.exe_1a2b)",
-        reports + LR"(ReportArchive\AppCrash_CorelDRW.exe_1a2b\sub)",
-        reports + LR"(ReportQueue\AppHang_coreldrw.EXE_77)",
-        kStagedRoots[0] + LR"(\Corel\Messages\540\EN)",
-        preview + L"a",
-        preview + LR"(a\b)",
-    };
-    EXPECT_EQ(pathsOf(plan, true), folders);
-    for (auto item = plan.items.begin(); item != plan.items.end(); ++item)
-        EXPECT_TRUE(std::none_of(item, plan.items.end(), [&](const PlannedItem& later) {
-            return item->isFolder && later.path.starts_with(item->path + L"\\");
-        })) << utf8FromWide(item->path);
-}
 
 TEST(CleanupPlan, LeavesLinksAndNamesThatCannotBeWrittenDown) {
     FakeFileSystem files;
@@ -75,7 +42,7 @@ TEST(CleanupPlan, LeavesLinksAndNamesThatCannotBeWrittenDown) {
           std::wstring(L"a\x01"), std::wstring(L"a."), std::wstring(L"a ")})
         files.add(cache + name, "x");
     files.add(cache + L"fine.a", "x");
-    EXPECT_EQ(pathsOf(planOf(files), false), Paths{cache + L"fine.a"});
+    EXPECT_EQ(pathsOf(planOf(files)), Paths{cache + L"fine.a"});
 }
 
 TEST(CleanupPlan, TakesAFileOnceWhereRootsOverlap) {
@@ -104,7 +71,8 @@ TEST(CleanupPlan, MakesNoManifestThatIsTooLargeToRead) {
 
 TEST(CleanupPlan, AsksWithCountsSizesAndTheFolder) {
     FakeFileSystem files;
-    stage(files);
+    for (const StagedFile& file : kStagedFiles)
+        files.add(kStagedUser + L"\\" + file.path, "12345");
     files.add(kStagedRoots[2] + L"\\CDR2.tmp", std::string(2048, 'x'));
     EXPECT_EQ(CleanupQuestion(planOf(files), L"C:\\B\\cleanup_1", true),
               L"Move 12 files (2.0 KB) of CorelDRAW into a backup folder?\n\n"

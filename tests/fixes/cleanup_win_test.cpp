@@ -145,8 +145,8 @@ class KilledAct {
         return share && WaitForSingleObject(signals_.finished.get(), 0) != WAIT_OBJECT_0;
     }
     /// The machine has other work too, so the time that is expected follows what is met.
-    void expectLater() { seconds_ *= 1.25; }
-    void expectSooner() { seconds_ *= 0.8; }
+    void expectLater() { seconds_ *= 1.5; }
+    void expectSooner() { seconds_ *= 0.7; }
     /// Lets it come to its end, to learn how long it takes.
     void runWhole(const Profile& profile) {
         if (!start(profile)) return;

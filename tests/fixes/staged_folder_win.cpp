@@ -23,18 +23,6 @@ void forEach(const std::wstring& folder, const Visit& visit) {
     FindClose(search);
 }
 
-void removeTree(const std::wstring& folder) {
-    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
-        const std::wstring path = folder + L"\\" + name;
-        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if (isFolder && !isLink(found.dwFileAttributes)) return removeTree(path);
-        SetFileAttributesW(LongPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (!isFolder || !RemoveDirectoryW(LongPath(path).c_str()))
-            DeleteFileW(LongPath(path).c_str());
-    });
-    RemoveDirectoryW(LongPath(folder).c_str());
-}
-
 void createFolders(const std::wstring& folder) {
     if (IsThere(folder)) return;
     createFolders(ParentFolder(folder));
@@ -88,10 +76,12 @@ StagedFolder::StagedFolder(const std::wstring& below) {
 }
 
 StagedFolder::~StagedFolder() {
-    removeTree(path_);
-    if (!IsThere(path_)) return;
     // Under Wine no Windows call removes a link to a folder.
-    runBelow("rm -rf \"" + unixPath(path_) + "\"", [this] { return !IsThere(path_); });
+    const std::string below = unixPath(path_);
+    if (below.empty())
+        RunToEnd(L"cmd.exe /c rd /s /q \"\\\\?\\" + path_ + L"\"");
+    else
+        runBelow("rm -rf \"" + below + "\"", [this] { return !IsThere(path_); });
 }
 
 bool IsThere(const std::wstring& path) {
