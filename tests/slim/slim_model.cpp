@@ -205,10 +205,8 @@ Bytes writeZip(const Bytes& file, const std::vector<Entry>& entries) {
 }
 
 std::string firstPalette(const std::vector<Entry>& entries) {
-    for (const char* key : {"color/docpalette.xml", "docpalette.xml"}) {
-        if (!extract(entries, key).empty()) return key;
-    }
-    return {};
+    const char* const usual = "color/docpalette.xml";
+    return extract(entries, usual).empty() ? "docpalette.xml" : usual;
 }
 
 std::uint32_t stylesIn(const std::string& xml) {
