@@ -9,12 +9,22 @@ namespace {
 
 constexpr double kSecondsPerTurn = 0.012;
 
+double secondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 double timeRuns(const Contender& contender, int runs) {
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < runs; ++i)
+    double seconds = 0;
+    auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < runs; ++i) {
+        if (contender.prepare) {
+            seconds += secondsSince(start);
+            contender.prepare();
+            start = std::chrono::steady_clock::now();
+        }
         contender.run();
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
-    return passed.count() / runs;
+    }
+    return (seconds + secondsSince(start)) / runs;
 }
 
 double median(std::vector<double> values) {
@@ -29,7 +39,7 @@ std::vector<Standing> measure(const std::vector<Contender>& contenders, int roun
     const std::size_t count = contenders.size();
     std::vector<int> runs(count);
     for (std::size_t i = 0; i < count; ++i) {
-        contenders[i].run();
+        timeRuns(contenders[i], 1);
         const double once = timeRuns(contenders[i], 1);
         runs[i] = std::max(1, static_cast<int>(kSecondsPerTurn / std::max(once, 1e-9)));
     }
@@ -57,6 +67,7 @@ __attribute__((noinline)) void countedRun(const Contender& contender) {
 int runOnce(const std::vector<Contender>& contenders, const std::string& name) {
     for (const Contender& contender : contenders) {
         if (contender.name != name) continue;
+        if (contender.prepare) contender.prepare();
         countedRun(contender);
         return 0;
     }

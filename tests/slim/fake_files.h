@@ -25,7 +25,10 @@ struct FakeFiles {
 
     SlimFiles seam() {
         return {
-            [this](const std::wstring& path) { return step() ? contents[path] : Bytes(); },
+            [this](const std::wstring& path, Bytes& read) {
+                read = step() ? contents[path] : Bytes();
+                return !read.empty();
+            },
             [this](const std::wstring& from, const std::wstring& to) {
                 if (!step() || contents.count(to) != 0) return false;
                 const Bytes& source = contents[from];
