@@ -1,6 +1,6 @@
 import pytest
 
-from driver import Desktop, Mirelo, Practice, WineBox
+from driver import FIX_TAB, Desktop, Mirelo, Practice, WineBox
 
 
 @pytest.fixture(scope="session")
@@ -44,3 +44,13 @@ def mirelo(wine):
     yield start
     for program in reversed(running):
         program.close()
+
+
+@pytest.fixture
+def fix_page(wine, mirelo):
+    def start():
+        app = mirelo()
+        app.show(FIX_TAB)
+        return app
+
+    return start
