@@ -112,7 +112,7 @@ Bytes riff(std::string_view form, const std::vector<Bytes>& chunks) {
 }
 
 Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags, unsigned madeBy,
-               unsigned extra) {
+               ByteView centralExtra) {
     Bytes image;
     Bytes directory;
     for (const ZipRecord& record : records) {
@@ -129,11 +129,11 @@ Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags, unsigned m
         put(directory, zip::kCentralSignature, 4);
         put(directory, madeBy, 2);
         put(directory, common);
-        put(directory, extra, 2);
+        put(directory, centralExtra.size(), 2);
         put(directory, Bytes(10, 0));
         put(directory, image.size(), 4);
         put(directory, bytesOf(record.name));
-        put(directory, Bytes(extra, 7));
+        put(directory, centralExtra);
 
         put(image, zip::kLocalSignature, 4);
         put(image, common);
@@ -163,7 +163,10 @@ Bytes zipImage(const std::vector<TestEntry>& entries) {
                            static_cast<std::uint32_t>(data.size()),
                            static_cast<std::uint32_t>(contents.size()), std::move(data)});
     }
-    return writeZip(records, 0x0800, 45, 36);
+    Bytes ntfsTimes;
+    put(ntfsTimes, 0x0020000A, 4);
+    put(ntfsTimes, Bytes(32, 7));
+    return writeZip(records, 0x0800, 45, ntfsTimes);
 }
 
 const std::vector<NamedPlan>& documentShapes() {

@@ -38,9 +38,9 @@ struct ZipRecord {
     Bytes data;
 };
 
-/// `extra` is the length of an extra field that only the central headers get.
+/// The extra field goes into the central headers only.
 Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags = 0, unsigned madeBy = 20,
-               unsigned extra = 0);
+               ByteView centralExtra = {});
 
 struct TestEntry {
     std::string name;

@@ -107,7 +107,8 @@ class SlimFiles(unittest.TestCase):
         deep.mkdir(parents=True)
         paths = [self.sample(name=name) for name in ("图纸 第1页.cdr", "чертёж.cdr", "😀.cdr", "n" * 200 + ".cdr")]
         paths.append(self.sample(folder=deep))
-        share = pathlib.Path(os.environ["WINEPREFIX"]) / "dosdevices/unc/mirelo-test" / self.folder.name
+        prefix = os.environ.get("MIRELO_WINEPREFIX") or pathlib.Path(WINE).parent.parent / "build/wineprefix"
+        share = pathlib.Path(prefix) / "dosdevices/unc/mirelo-test" / self.folder.name
         share.parent.mkdir(parents=True, exist_ok=True)
         share.symlink_to(self.folder)
         self.addCleanup(share.unlink)

@@ -134,9 +134,10 @@ Bytes extract(std::vector<Entry>& entries, const std::string& key, const std::st
 }
 
 void replace(std::vector<Entry>& entries, const std::string& key, const Bytes& contents) {
-    Entry& entry = *find(entries, key);
-    entry.method = 0;
-    entry.data = contents;
+    Entry* entry = find(entries, key);
+    if (!entry) return;
+    entry->method = 0;
+    entry->data = contents;
 }
 
 bool isPreview(const Entry& entry) {
