@@ -288,10 +288,16 @@ class Mirelo:
         self.count_instances()
 
     def answer(self, title, key):
-        """Answers a message box by its key, "y" or "n", and waits until it is gone."""
+        """Answers a message box by its key, "y" or "n", and waits until it is gone. A box that has just come up may
+        miss the first press."""
         box = wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")[0]
-        self.desktop.run("xdotool", "windowfocus", "--sync", box, "key", key)
-        wait_for(lambda: box not in self.desktop.windows(f"^{title}$"), f"the end of the box {title!r}")
+
+        def is_gone():
+            if box in self.desktop.windows(f"^{title}$"):
+                self.desktop.run("xdotool", "windowfocus", "--sync", box, "key", key)
+            return box not in self.desktop.windows(f"^{title}$")
+
+        wait_for(is_gone, f"the end of the box {title!r}", pause_s=0.5)
 
 
 @contextlib.contextmanager

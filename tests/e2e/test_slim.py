@@ -6,7 +6,7 @@ import zipfile
 
 import pytest
 
-from driver import BUILD, SLIM, wait_for, windows_path
+from driver import BUILD, SLIM, stop, wait_for, windows_path
 
 DIALOG = "^Select CDR files to slim"
 QUESTION = "File Slimming Confirmation"
@@ -19,21 +19,31 @@ def samples(wine, tmp_path_factory):
     return folder
 
 
-def answer_dialog(app, *texts):
-    """Puts each text into the field for the name and presses Return; without texts, cancels."""
+def put_names(app, box, text):
+    """Pastes into the field for the names and copies back: Wine hears of a new clipboard in its own time."""
+    owner = subprocess.Popen(["xclip", "-i", "-quiet", "-selection", "clipboard"], stdin=subprocess.PIPE, text=True,
+                             stderr=subprocess.DEVNULL, env=app.desktop.environment)
+    owner.stdin.write(text)
+    owner.stdin.close()
+    app.desktop.run("xdotool", "windowfocus", "--sync", box, "key", "ctrl+a", "ctrl+v", "ctrl+a", "ctrl+c")
+    try:
+        owner.wait(3)  # it ends when another program's copy takes the clipboard over
+    except subprocess.TimeoutExpired:
+        stop(owner)
+        return False
+    return app.desktop.clipboard() == text
+
+
+def choose(app, folder=None, *names):
+    """Opens the dialog, goes to the folder and picks the documents; without a folder, cancels."""
+    app.click(SLIM)
     box = wait_for(lambda: app.desktop.windows(DIALOG), "the file dialog")[0]
-    for text in texts:
-        subprocess.run(["xclip", "-i", "-selection", "clipboard"], input=text, text=True, check=True,
-                       env=app.desktop.environment)
-        app.desktop.run("xdotool", "windowfocus", "--sync", box, "key", "ctrl+a", "ctrl+v", "Return")
-    if not texts:
+    for text in [windows_path(folder), " ".join(f'"{name}"' for name in names)] if folder else []:
+        wait_for(lambda: put_names(app, box, text), "the names in the dialog")
+        app.desktop.run("xdotool", "windowfocus", "--sync", box, "key", "Return")
+    if not folder:
         app.desktop.run("xdotool", "windowfocus", "--sync", box, "key", "Escape")
     wait_for(lambda: not app.desktop.windows(DIALOG), "the end of the file dialog")
-
-
-def choose(app, folder, names):
-    app.click(SLIM)
-    answer_dialog(app, windows_path(folder), " ".join(f'"{name}"' for name in names))
 
 
 def test_sound_damaged_old_and_clean_documents(fix_page, samples, tmp_path):
@@ -46,12 +56,11 @@ def test_sound_damaged_old_and_clean_documents(fix_page, samples, tmp_path):
     names = sorted(path.name for path in tmp_path.glob("*.cdr"))
 
     app = fix_page()
-    app.click(SLIM)
-    answer_dialog(app)
-    choose(app, tmp_path, names)
+    choose(app)
+    choose(app, tmp_path, *names)
     app.answer(QUESTION, "n")
     assert not list(tmp_path.glob("*.mirelobak")) and "[Slim]" not in app.report()
-    choose(app, tmp_path, names)
+    choose(app, tmp_path, *names)
     app.answer(QUESTION, "y")
     report = app.wait_for_report("  Tip: open one slimmed file in CDR", 60)
     assert "[Slim] Done: succeeded 3 / already clean 1 / failed or skipped 2." in report
@@ -63,7 +72,7 @@ def test_sound_damaged_old_and_clean_documents(fix_page, samples, tmp_path):
         assert backup.read_bytes() == before[name] != documents[name].read_bytes()
         assert zipfile.ZipFile(documents[name]).testzip() is None
     assert documents["x7-clean"].read_bytes() == before["x7-clean"]
-    choose(app, tmp_path, ["x6.cdr"])
+    choose(app, tmp_path, "x6.cdr")
     app.answer(QUESTION, "y")
     app.wait_for_report("[Slim] x6.cdr: already clean, nothing to do.")
 
@@ -74,10 +83,10 @@ def test_a_hundred_documents_and_a_selection_that_is_too_long(fix_page, samples,
     for name in hundred + too_many:
         shutil.copy(samples / "x7.cdr", tmp_path / name)
     app = fix_page()
-    choose(app, tmp_path, too_many)
+    choose(app, tmp_path, *too_many)
     report = app.wait_for_report("[Slim] Selection too long: the file names together exceed 8192 characters.")
     assert "[Check]" not in report and not app.desktop.windows(QUESTION)
-    choose(app, tmp_path, hundred)
+    choose(app, tmp_path, *hundred)
     app.answer(QUESTION, "y")
     app.wait_for_report("[Slim] Done: succeeded 100 / already clean 0 / failed or skipped 0.", 60)
     assert len(list(tmp_path.glob("plan *.cdr.*.mirelobak"))) == 100
