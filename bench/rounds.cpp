@@ -4,27 +4,37 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <ctime>
 
 namespace {
 
 constexpr double kSecondsPerTurn = 0.012;
 
-double secondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+// The processor time of this process where it can be had: other programs on the machine then count
+// only through the caches.
+double seconds() {
+#if defined(_WIN32)
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+#else
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
+#endif
 }
 
 double timeRuns(const Contender& contender, int runs) {
-    double seconds = 0;
-    auto start = std::chrono::steady_clock::now();
+    double passed = 0;
+    double start = seconds();
     for (int i = 0; i < runs; ++i) {
         if (contender.prepare) {
-            seconds += secondsSince(start);
+            passed += seconds() - start;
             contender.prepare();
-            start = std::chrono::steady_clock::now();
+            start = seconds();
         }
         contender.run();
     }
-    return (seconds + secondsSince(start)) / runs;
+    return (passed + seconds() - start) / runs;
 }
 
 double median(std::vector<double> values) {
