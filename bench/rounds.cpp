@@ -4,17 +4,37 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <ctime>
 
 namespace {
 
 constexpr double kSecondsPerTurn = 0.012;
 
+// The processor time of this process where it can be had: other programs on the machine then count
+// only through the caches.
+double seconds() {
+#if defined(_WIN32)
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+#else
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
+#endif
+}
+
 double timeRuns(const Contender& contender, int runs) {
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < runs; ++i)
+    double passed = 0;
+    double start = seconds();
+    for (int i = 0; i < runs; ++i) {
+        if (contender.prepare) {
+            passed += seconds() - start;
+            contender.prepare();
+            start = seconds();
+        }
         contender.run();
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
-    return passed.count() / runs;
+    }
+    return (passed + seconds() - start) / runs;
 }
 
 double median(std::vector<double> values) {
@@ -29,7 +49,7 @@ std::vector<Standing> measure(const std::vector<Contender>& contenders, int roun
     const std::size_t count = contenders.size();
     std::vector<int> runs(count);
     for (std::size_t i = 0; i < count; ++i) {
-        contenders[i].run();
+        timeRuns(contenders[i], 1);
         const double once = timeRuns(contenders[i], 1);
         runs[i] = std::max(1, static_cast<int>(kSecondsPerTurn / std::max(once, 1e-9)));
     }
@@ -57,6 +77,7 @@ __attribute__((noinline)) void countedRun(const Contender& contender) {
 int runOnce(const std::vector<Contender>& contenders, const std::string& name) {
     for (const Contender& contender : contenders) {
         if (contender.name != name) continue;
+        if (contender.prepare) contender.prepare();
         countedRun(contender);
         return 0;
     }

@@ -9,16 +9,17 @@
 struct Contender {
     std::string name;
     std::function<void()> run;
+    /// Comes before every run and is not timed.
+    std::function<void()> prepare = {};
 };
 
 struct Standing {
     double seconds;  // median time of one run
-    double ratio;    // median over the rounds of the first contender's... see measure()
+    double ratio;    // median over the rounds of its time to the first contender's
 };
 
 /// Runs every contender once to warm up, then in `rounds` rounds, each long enough to be timed
-/// well. The order rotates. A standing's `ratio` is the median of this contender's time over the
-/// first one's time in the same round: above 1, the first contender is faster.
+/// well. The order rotates. A standing's `ratio` above 1 says that the first contender is faster.
 std::vector<Standing> measure(const std::vector<Contender>& contenders, int rounds);
 
 /// Runs one contender once, inside a function that callgrind finds by its name, `countedRun`. The

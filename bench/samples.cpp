@@ -37,16 +37,12 @@ void append(Bytes& bytes, std::string_view text) {
 }
 
 void append32(Bytes& bytes, std::uint32_t number) {
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-        bytes.push_back(static_cast<std::uint8_t>(number >> shift));
-    }
+    bytes.resize(bytes.size() + 4);
+    writeU32(bytes, bytes.size() - 4, number);
 }
 
 void setSize(Bytes& bytes, std::size_t start) {
-    const std::size_t size = bytes.size() - start - 8;
-    for (unsigned i = 0; i < 4; ++i) {
-        bytes[start + 4 + i] = static_cast<std::uint8_t>(size >> (8 * i));
-    }
+    writeU32(bytes, start + 4, static_cast<std::uint32_t>(bytes.size() - start - 8));
 }
 
 std::size_t beginList(Bytes& bytes, std::string_view id, std::string_view type) {
@@ -176,6 +172,27 @@ Bytes riffSample(std::size_t size) {
     return bytes;
 }
 
+Bytes riffWithViews(std::size_t size, bool isEverywhere) {
+    const Bytes stream = riffSample(size);
+    const auto at = [&](std::size_t position) {
+        return stream.begin() + static_cast<std::ptrdiff_t>(position);
+    };
+    Bytes bytes(at(0), at(12));
+    for (std::size_t p = 12; p + 8 <= size;) {
+        const std::size_t views = isEverywhere ? 1 : p == 12 ? 560 : 0;
+        for (std::size_t i = 0; i < views; ++i) {
+            append(bytes, "bmrk");
+            append32(bytes, 16);
+            bytes.resize(bytes.size() + 16, 0);
+        }
+        const std::size_t end = std::min(p + 8 + readU32(stream, p + 4), size);
+        bytes.insert(bytes.end(), at(p), at(end));
+        p = end;
+    }
+    setSize(bytes, 0);
+    return bytes;
+}
+
 Bytes paletteSample(std::size_t size) {
     Random random(2);
     Bytes bytes;
@@ -192,7 +209,9 @@ Bytes paletteSample(std::size_t size) {
                       tint(), tint(), tint(), tint());
         append(bytes, line);
     }
-    bytes.resize(size);
+    constexpr std::string_view kEnd = "</page></colors></palette>";
+    bytes.resize(size - kEnd.size());
+    append(bytes, kEnd);
     return bytes;
 }
 

@@ -2,15 +2,13 @@
 // entries of documents hold.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <vector>
-
-using Bytes = std::vector<std::uint8_t>;
+#include "slim/bytes.h"
 
 /// Nested lists of chunks: pointer leaves of 16 bytes, and objects with outlines of 32-bit
 /// coordinates.
 Bytes riffSample(std::size_t size);
+/// The same with saved views before its top-level chunks: 560 before the first, or one before each.
+Bytes riffWithViews(std::size_t size, bool isEverywhere);
 /// A colour palette with one element a line.
 Bytes paletteSample(std::size_t size);
 /// An uncompressed 24-bit drawing: a white page with a photograph, flat and graded shapes.

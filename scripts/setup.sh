@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what building and testing needs on Debian 12, once; says what it does and asks nothing.
+# Installs what building and testing needs on Debian 12, and the packages named on the command line, once; says
+# what it does and asks nothing.
 set -euo pipefail
 
 packages=(
@@ -12,6 +13,7 @@ packages=(
     xvfb xauth openbox xdotool xclip x11-utils imagemagick
     # the end-to-end tests
     python3 python3-pytest nginx-light openssl
+    "$@"
 )
 
 missing=()

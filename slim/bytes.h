@@ -40,7 +40,9 @@ inline std::uint16_t readU16(ByteView bytes, std::size_t at) {
 }
 
 inline std::uint32_t readU32(ByteView bytes, std::size_t at) {
-    return readU16(bytes, at) | (static_cast<std::uint32_t>(readU16(bytes, at + 2)) << 16);
+    // One expression, which compilers turn into one load.
+    return std::uint32_t{bytes[at]} | std::uint32_t{bytes[at + 1]} << 8 |
+           std::uint32_t{bytes[at + 2]} << 16 | std::uint32_t{bytes[at + 3]} << 24;
 }
 
 inline void writeU16(std::span<std::uint8_t> bytes, std::size_t at, std::uint32_t value) {

@@ -108,19 +108,22 @@ void checkStream(ByteView stream, StructureCheck& check) {
 }  // namespace
 
 DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files) {
-    Bytes bytes = files.readWhole(path);
-    if (bytes.empty()) return unrecognised(kCannotRead);
+    Bytes buffer;
+    return analyseDocument(path, files, buffer);
+}
+
+DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files, Bytes& buffer) {
+    if (!files.readWhole(path, buffer)) return unrecognised(kCannotRead);
 
     DocumentAnalysis analysis;
-    analysis.fileSize = bytes.size();
-    const bool isRiff = startsWithRiff(bytes);
+    analysis.fileSize = buffer.size();
     ZipArchive archive;
-    const bool isArchive = archive.openFromBytes(std::move(bytes)).ok;
+    const bool isArchive = archive.openView(buffer).ok;
     if (isArchive) analyseArchive(archive, analysis);
     if (archive.outOfMemory()) return unrecognised(kCannotRead);
     if (isArchive) return analysis;
 
-    if (!isRiff)
+    if (!startsWithRiff(buffer))
         return unrecognised(L"Not a recognizable CDR file (neither ZIP container nor legacy RIFF)");
     analysis.recognised = analysis.legacy = true;
     return analysis;

@@ -45,6 +45,10 @@ struct DocumentAnalysis {
 /// Reads a document and counts what slimming would remove.
 DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files);
 
+/// The same for who will read the file again: its contents stay in `buffer`, whose memory is used
+/// anew.
+DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files, Bytes& buffer);
+
 /// The verdict on an archive image. Missing metadata or a missing root.dat never fail it.
 struct StructureCheck {
     bool verified = false;

@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
+#include <cderr.h>
 #include <commdlg.h>
 
-#include <array>
+#include <optional>
+#include <string>
 
 #include "slim/slim_action.h"
 #include "slim/slim_files_win.h"
@@ -12,6 +14,9 @@
 namespace {
 
 constexpr std::size_t kBufferLength = 8192;
+// Wine's dialog writes a selection of any length, whatever the stated length of the buffer. What
+// runs over has to land in memory that is ours.
+constexpr std::size_t kAllocated = 64 * kBufferLength;
 
 // The dialog leaves the process in the folder it showed, which could then not be removed or
 // ejected for as long as the program runs.
@@ -32,28 +37,29 @@ class KeptCurrentFolder {
     std::wstring folder_;
 };
 
-// True with the selection in `buffer`; false when the user cancelled or the dialog failed.
-bool showOpenDialog(HWND owner, std::span<wchar_t> buffer) {
+// The dialog's error code, 0 when the user cancelled; nothing with the selection in `buffer`.
+std::optional<DWORD> showOpenDialog(HWND owner, std::wstring& buffer) {
     const KeptCurrentFolder keptFolder;
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = owner;
     dialog.lpstrFilter = L"CDR files\0*.cdr\0";
     dialog.lpstrFile = buffer.data();
-    dialog.nMaxFile = static_cast<DWORD>(buffer.size());
+    dialog.nMaxFile = static_cast<DWORD>(kBufferLength);
     dialog.lpstrTitle = L"Select CDR files to slim (multi-select supported)";
     dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_ALLOWMULTISELECT | OFN_HIDEREADONLY;
-    return GetOpenFileNameW(&dialog) != FALSE;
+    if (!GetOpenFileNameW(&dialog)) return CommDlgExtendedError();
+    constexpr std::wstring_view kEnd(L"\0\0", 2);
+    if (buffer.find(kEnd) + kEnd.size() > kBufferLength) return FNERR_BUFFERTOOSMALL;
+    return std::nullopt;
 }
 
 }  // namespace
 
 void onSlimFiles(WindowHandle owner, const Shell& shell) {
-    std::array<wchar_t, kBufferLength> buffer{};
-    if (showOpenDialog(static_cast<HWND>(owner), buffer)) {
-        slimSelection(buffer, shell, realSlimFiles());
-        return;
-    }
-    const std::wstring line = dialogErrorLine(CommDlgExtendedError());
+    std::wstring buffer(kAllocated, L'\0');
+    const std::optional<DWORD> error = showOpenDialog(static_cast<HWND>(owner), buffer);
+    if (!error) return slimSelection(buffer, shell, realSlimFiles());
+    const std::wstring line = dialogErrorLine(*error);
     if (!line.empty()) shell.appendLog(line);
 }

@@ -52,8 +52,8 @@ bool isClean(const DocumentAnalysis& analysis, const SlimOptions& options) {
 }
 
 // True when there is something to slim; otherwise the outcome is complete.
-bool analyse(Slimming& slimming) {
-    const DocumentAnalysis analysis = analyseDocument(slimming.path, slimming.files);
+bool analyse(Slimming& slimming, Bytes& buffer) {
+    const DocumentAnalysis analysis = analyseDocument(slimming.path, slimming.files, buffer);
     if (!analysis.recognised) return slimming.fail(analysis.error.c_str());
     if (analysis.legacy) return slimming.fail(kLegacy);
     slimming.outcome.originalSize = analysis.fileSize;
@@ -72,9 +72,11 @@ bool backUp(Slimming& slimming) {
     return true;
 }
 
-bool unpack(Slimming& slimming, ZipArchive& archive) {
+// Reads into the memory that the analysis has left: getting as much anew costs as much as reading.
+bool unpack(Slimming& slimming, ZipArchive& archive, Bytes buffer) {
     slimming.outOfMemory = kUnpackFailed;
-    return archive.openFromBytes(slimming.files.readWhole(slimming.path)).ok ||
+    return (slimming.files.readWhole(slimming.path, buffer) &&
+            archive.openFromBytes(std::move(buffer)).ok) ||
            slimming.fail(kUnpackFailed);
 }
 
@@ -136,11 +138,12 @@ void writeBack(Slimming& slimming, ByteView image) {
 }
 
 void slim(Slimming& slimming) {
-    if (!analyse(slimming) || !backUp(slimming)) return;
     Bytes image;
     {
+        Bytes buffer;
+        if (!analyse(slimming, buffer) || !backUp(slimming)) return;
         ZipArchive archive;
-        if (!unpack(slimming, archive) || !edit(slimming, archive)) return;
+        if (!unpack(slimming, archive, std::move(buffer)) || !edit(slimming, archive)) return;
         slimming.outOfMemory =
             L"Repack verification failed: not enough memory. File not modified, backup kept.";
         image = repack(archive);

@@ -9,8 +9,9 @@
 /// All members are always set. Paths are absolute or relative as the system takes them, of any
 /// length. None throws; a failure is an empty result or false.
 struct SlimFiles {
-    /// A file of 1 byte to 2 GiB, whole; empty for every other file and every failure.
-    std::function<Bytes(const std::wstring& path)> readWhole;
+    /// Reads a file of 1 byte to 2 GiB, whole, into memory that `contents` may already have. For
+    /// every other file and every failure false, with `contents` empty.
+    std::function<bool(const std::wstring& path, Bytes& contents)> readWhole;
     /// Copies a file to a path where nothing stands yet. True once the copy is on the disk itself;
     /// a copy that failed leaves nothing behind.
     std::function<bool(const std::wstring& from, const std::wstring& to)> copyFile;

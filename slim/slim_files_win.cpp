@@ -87,19 +87,22 @@ std::wstring localTimestamp() {
 
 }  // namespace
 
-Bytes readWholeFile(const std::wstring& path) try {
+bool readWholeFile(const std::wstring& path, Bytes& contents) try {
+    contents.clear();
     const FileHandle file = openFile(filePath(path), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
     LARGE_INTEGER size;
-    if (!file || !GetFileSizeEx(file.get(), &size)) return {};
-    if (size.QuadPart < 1 || size.QuadPart > kLargestFile) return {};
-    Bytes bytes(static_cast<std::size_t>(size.QuadPart));
+    if (!file || !GetFileSizeEx(file.get(), &size)) return false;
+    if (size.QuadPart < 1 || size.QuadPart > kLargestFile) return false;
+    contents.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
-    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
-        return {};
-    if (read != bytes.size()) return {};
-    return bytes;
+    if (ReadFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &read,
+                 nullptr) &&
+        read == contents.size())
+        return true;
+    contents.clear();
+    return false;
 } catch (const std::bad_alloc&) {
-    return {};
+    return false;
 }
 
 SlimFiles realSlimFiles() {

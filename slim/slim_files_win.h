@@ -6,8 +6,9 @@
 #include "slim/bytes.h"
 #include "slim/slim_files.h"
 
-/// Reads a file that others may read at the same time but nobody may have open for writing. Empty
-/// for a file of 0 bytes or more than 2 GiB, and when anything fails.
-Bytes readWholeFile(const std::wstring& path);
+/// Reads a file that others may read at the same time but nobody may have open for writing, into
+/// memory that `contents` may already have. False, with `contents` empty, for a file of 0 bytes or
+/// more than 2 GiB, and when anything fails.
+bool readWholeFile(const std::wstring& path, Bytes& contents);
 
 SlimFiles realSlimFiles();

@@ -4,6 +4,7 @@
 #include "slim/zip_archive.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "base/text.h"
@@ -169,7 +170,9 @@ Bytes ZipArchive::extractEntry(std::wstring_view name) {
     const ByteView contents = viewEntry(name, scratch);
     if (!scratch.empty() || contents.empty()) return scratch;
     try {
-        return Bytes(contents.begin(), contents.end());
+        scratch.resize(contents.size());
+        std::memcpy(scratch.data(), contents.data(), contents.size());
+        return scratch;
     } catch (const std::bad_alloc&) {
         outOfMemory_ = true;
         return {};

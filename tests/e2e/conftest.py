@@ -1,7 +1,7 @@
 import pytest
 
 import staging
-from driver import Desktop, Mirelo, Practice, WineBox, closing
+from driver import FIX_TAB, Desktop, Mirelo, Practice, WineBox, closing
 
 
 @pytest.hookimpl(hookwrapper=True)
@@ -53,6 +53,16 @@ def mirelo(wine):
     yield start
     for program in reversed(running):
         program.close()
+
+
+@pytest.fixture
+def fix_page(wine, mirelo):
+    def start():
+        app = mirelo()
+        app.show(FIX_TAB)
+        return app
+
+    return start
 
 
 @pytest.fixture

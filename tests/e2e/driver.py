@@ -301,20 +301,42 @@ class Mirelo:
         self.click(REFRESH)
         self.count_instances()
 
-    def choose_files(self, folder, *names):
-        """Answers the file dialog: the folder first, then the names."""
-        title = r"^Select CDR files to slim"
+    def _put_names(self, box, text):
+        """Pastes into the dialog's field for names and copies back: Wine hears of a new clipboard in its own time."""
+        owner = subprocess.Popen(["xclip", "-i", "-quiet", "-selection", "clipboard"], stdin=subprocess.PIPE, text=True,
+                                 stderr=subprocess.DEVNULL, env=self.desktop.environment)
+        owner.stdin.write(text)
+        owner.stdin.close()
+        self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", "ctrl+a", "ctrl+v", "ctrl+a", "ctrl+c")
+        try:
+            owner.wait(3)  # it ends when another program's copy takes the clipboard over
+        except subprocess.TimeoutExpired:
+            stop(owner)
+            return False
+        return self.desktop.clipboard() == text
+
+    def choose_files(self, folder=None, *names):
+        """Answers the file dialog: goes to the folder and picks the names; without a folder, cancels."""
+        title = "^Select CDR files to slim"
         box = wait_for(lambda: self.desktop.windows(title), "the file dialog")[0]
-        for text in (windows_path(folder), " ".join(f'"{name}"' for name in names)):
-            self.desktop.run("xdotool", "windowactivate", "--sync", box, "type", "--delay", "20", text)
-            self.desktop.run("xdotool", "key", "Return")
+        for text in [windows_path(folder), " ".join(f'"{name}"' for name in names)] if folder else []:
+            wait_for(lambda: self._put_names(box, text), "the names in the dialog")
+            self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", "Return")
+        if not folder:
+            self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", "Escape")
         wait_for(lambda: not self.desktop.windows(title), "the end of the file dialog")
 
     def answer(self, title, key):
-        """Answers a message box by its key, "y" or "n", and waits until it is gone."""
+        """Answers a message box by its key, "y" or "n", and waits until it is gone. A box that has just come up may
+        miss the first press."""
         box = wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")[0]
-        self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", key)
-        wait_for(lambda: box not in self.desktop.windows(f"^{title}$"), f"the end of the box {title!r}")
+
+        def is_gone():
+            if box in self.desktop.windows(f"^{title}$"):
+                self.desktop.run("xdotool", "windowactivate", "--sync", box, "key", key)
+            return box not in self.desktop.windows(f"^{title}$")
+
+        wait_for(is_gone, f"the end of the box {title!r}", pause_s=0.5)
 
 
 @contextlib.contextmanager

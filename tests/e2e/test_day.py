@@ -1,11 +1,10 @@
 """A working day in one process: every page, every button, and what is left afterwards on disk, in the registry and
 of the default printer."""
 
-import subprocess
 import zipfile
 
-from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
-                    PRINTER, RESTORE, ROOT, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for)
+from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
+                    PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for, windows_path)
 from signature_server import PROGRAM, rule, rule_document, signature_server
 from staging import VIRTUAL
 
@@ -107,8 +106,8 @@ def look_around(app):
     wait_for(app.has_no_report, "an empty report")
 
 
-def stage_documents(folder):
-    subprocess.run([ROOT / "build" / "native" / "tests" / "slim" / "slim_tool", "documents", folder], check=True)
+def stage_documents(wine, folder):
+    wine.run(BUILD / "tests" / "slim" / "slim_tool.exe", "documents", windows_path(folder))
     kept = {"x6.cdr", "x7.cdr", "x7-560-views.cdr", "x7-clean.cdr"}
     for path in folder.glob("*.cdr"):
         if path.name not in kept:
@@ -121,7 +120,7 @@ def stage_documents(folder):
 def test_a_working_day(wine, mirelo, practice, printers, settings, caches, tmp_path):
     folder = tmp_path / "documents"
     folder.mkdir()
-    documents = stage_documents(folder)
+    documents = stage_documents(wine, folder)
     printers.default = "Studio Queue"
     with signature_server(tmp_path, wine) as server:
         cache = wine.tool_folder / "signatures.cache.json"

@@ -1,23 +1,9 @@
-"""The Fix page: every button with Yes and with No, on staged printers, files, settings and documents."""
+"""The Fix page: its buttons with Yes and with No, on staged printers, files and settings."""
 
 import os
-import shutil
-import subprocess
-import zipfile
 
-import pytest
-
-from driver import CLEANUP, CLEAR, FIX_TAB, PRINTER, RESTORE, ROOT, SCAN, SETTINGS, SLIM, wait_for, windows_path
+from driver import CLEANUP, CLEAR, PRINTER, RESTORE, SCAN, SETTINGS, wait_for, windows_path
 from staging import FONTS, QUOTA, VIRTUAL, import_registry
-
-@pytest.fixture
-def fix_page(wine, mirelo):
-    def start():
-        app = mirelo()
-        app.show(FIX_TAB)
-        return app
-
-    return start
 
 
 def scan(app):
@@ -149,34 +135,3 @@ def test_settings_are_exported_before_they_change(fix_page, wine, practice, sett
     app.wait_for_report("[Settings] [OK] What was found is optimal already, nothing was changed.")
     wine.run("reg", "import", windows_path(next(wine.tool_folder.rglob("settings.reg"))))
     assert settings() == before == {"UndoLevels": "150", "ShowWelcomeScreen": "0x1"}
-
-
-def test_documents_are_slimmed_from_the_dialog_on(fix_page, tmp_path):
-    subprocess.run([ROOT / "build" / "native" / "tests" / "slim" / "slim_tool", "documents", tmp_path], check=True)
-    documents = {path.stem: path for path in tmp_path.glob("*.cdr")}
-    (tmp_path / "damaged.cdr").write_bytes(b"PK\3\4 and nothing more")
-    (tmp_path / "legacy.cdr").write_bytes(b"RIFF\4\0\0\0CDRA")
-    names = ["x6", "x7", "x7-560-views"]
-    before = {name: documents[name].read_bytes() for name in names}
-
-    app = fix_page()
-    app.click(SLIM)
-    app.choose_files(tmp_path, *(f"{name}.cdr" for name in names), "damaged.cdr", "legacy.cdr")
-    app.answer("File Slimming Confirmation", "n")
-    assert not list(tmp_path.glob("*.mirelobak"))
-    app.click(SLIM)
-    app.choose_files(tmp_path, *(f"{name}.cdr" for name in names), "damaged.cdr", "legacy.cdr")
-    app.answer("File Slimming Confirmation", "y")
-    report = app.wait_for_report("  Tip: open one slimmed file in CDR", 60)
-    assert "[Slim] Done: succeeded 3 / already clean 0 / failed or skipped 2." in report
-    assert "[Slim] damaged.cdr: Not a recognizable CDR file (neither ZIP container nor legacy RIFF)" in report
-    assert "[Slim] legacy.cdr: old format (riffData, X5-). Skipped - save as X6+ first." in report
-    for name in names:
-        assert report.count(f"[Check] {name}.cdr: views ") == 1 and report.count(f"  [OK] {name}.cdr: ") == 1
-        (backup,) = tmp_path.glob(f"{name}.cdr.*.mirelobak")
-        assert backup.read_bytes() == before[name] != documents[name].read_bytes()
-        assert zipfile.ZipFile(documents[name]).testzip() is None
-    app.click(SLIM)
-    app.choose_files(tmp_path, f"{names[0]}.cdr")
-    app.answer("File Slimming Confirmation", "y")
-    app.wait_for_report(f"[Slim] {names[0]}.cdr: already clean, nothing to do.")

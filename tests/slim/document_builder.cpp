@@ -2,21 +2,9 @@
 
 #include <zlib.h>
 
-#include <algorithm>
-#include <iterator>
-
 #include "slim/zip_format.h"
 
 namespace {
-
-void put(Bytes& out, std::uint64_t value, unsigned count) {
-    for (unsigned i = 0; i < count; ++i)
-        out.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-}
-
-void put(Bytes& out, const Bytes& bytes) {
-    out.insert(out.end(), bytes.begin(), bytes.end());
-}
 
 Bytes deflated(const Bytes& contents) {
     z_stream stream{};
@@ -33,48 +21,59 @@ Bytes deflated(const Bytes& contents) {
 }
 
 // A leaf of root.dat: stream number, length, offset, 0.
-Bytes pointer(std::string_view fourcc, Random& random) {
+Bytes leaf(std::string_view fourcc, Random& random) {
     Bytes data;
-    put(data, below(random, 4), 4);
-    put(data, below(random, 5000), 4);
-    put(data, below(random, 100000), 4);
-    put(data, 0, 4);
+    for (const std::size_t limit : {4U, 5000U, 100000U, 1U})
+        put(data, below(random, limit), 4);
     return chunk(fourcc, data);
 }
 
 Bytes group(unsigned depth, Random& random) {
-    std::vector<Bytes> chunks = {pointer("flgs", random), pointer("spid", random)};
-    chunks.push_back(list("lgob", {pointer("loda", random)}));
-    if (depth > 0) chunks.push_back(group(depth - 1, random));
-    return list(depth > 0 ? "grp " : "obj ", chunks);
+    const Bytes inside =
+        depth > 0 ? group(depth - 1, random) : list("lgob", {leaf("loda", random)});
+    return list(depth > 0 ? "grp " : "obj ", {leaf("flgs", random), leaf("spid", random), inside});
 }
 
-std::vector<Bytes> viewChunks(const DocumentPlan& plan, Random& random) {
+Bytes viewList(const DocumentPlan& plan, Random& random) {
     std::vector<Bytes> views;
     for (unsigned i = 0; i < plan.views; ++i)
-        views.push_back(pointer("bmrk", random));
-    return views;
+        views.push_back(leaf("bmrk", random));
+    return list("bmkt", views);
 }
 
-Bytes page(const DocumentPlan& plan, Random& random) {
-    const Bytes layer = list("layr", {pointer("flgs", random), group(plan.groupDepth, random)});
-    return list("page", {pointer("flgs", random), pointer("bbox", random), list("gobj", {layer})});
-}
-
-// Streams of X4 and X5: real data in the chunks, odd lengths among them, and a list whose body is
-// compressed.
+// The stream of X4 and X5: real data in the chunks, odd lengths among them, and a list whose body
+// is compressed.
 Bytes riffData(const DocumentPlan& plan) {
     Random random(plan.seed);
-    Bytes compressed = bytesOf("cmpr");
-    put(compressed, randomBytes(random, 301));
-    const Bytes views = list("bmkt", viewChunks(plan, random));
     return riff("CDRE",
                 {chunk("vrsn", randomBytes(random, 2)), chunk("DISP", randomBytes(random, 99)),
-                 list("INFO", {chunk("IKEY", bytesOf("key"))}), list("doc ", {views}),
-                 chunk("LIST", compressed)});
+                 list("INFO", {chunk("IKEY", bytesOf("key"))}),
+                 list("doc ", {viewList(plan, random)}), list("cmpr", {randomBytes(random, 301)})});
+}
+
+Bytes palette(const DocumentPlan& plan) {
+    std::string xml =
+        R"(<?xml version="1.0" encoding="UTF-8"?><palette guid="2b5d" name="Document Palette")";
+    if (plan.palette == PaletteShape::selfClosed) return bytesOf(xml + "/>");
+    xml += plan.palette == PaletteShape::styles
+               ? ">"
+               : R"(><colorspaces><cs name="Spot"><color cs="LAB"/></cs></colorspaces>)";
+    xml += "<colors><page>";
+    for (unsigned i = 0; i < plan.styles; ++i)
+        xml += R"(<color cs="CMYK" name="Ink )" + std::to_string(i) + R"(" tints="0,0,0,1"/>)";
+    return bytesOf(xml + "</page></colors></palette>");
 }
 
 }  // namespace
+
+void put(Bytes& out, std::uint64_t value, unsigned count) {
+    for (; count > 0; --count, value >>= 8)
+        out.push_back(static_cast<std::uint8_t>(value));
+}
+
+void put(Bytes& out, ByteView bytes) {
+    out.insert(out.end(), bytes.begin(), bytes.end());
+}
 
 Bytes bytesOf(std::string_view text) {
     return Bytes(text.begin(), text.end());
@@ -112,50 +111,62 @@ Bytes riff(std::string_view form, const std::vector<Bytes>& chunks) {
     return chunk("RIFF", joined({bytesOf(form), joined(chunks)}));
 }
 
-Bytes zipImage(const std::vector<TestEntry>& entries, bool ntfsTimes) {
+Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags, unsigned madeBy,
+               ByteView centralExtra) {
     Bytes image;
     Bytes directory;
-    for (const TestEntry& entry : entries) {
-        const Bytes data = entry.deflated ? deflated(entry.contents) : entry.contents;
+    for (const ZipRecord& record : records) {
         Bytes common;
-        put(common, 0x0800, 2);
-        put(common, entry.deflated ? zip::kDeflated : zip::kStored, 2);
-        put(common, 0x58314A20, 4);
-        put(common, ::crc32(0, entry.contents.data(), static_cast<uInt>(entry.contents.size())), 4);
-        put(common, data.size(), 4);
-        put(common, entry.contents.size(), 4);
-        put(common, entry.name.size(), 2);
+        put(common, 20, 2);
+        put(common, flags, 2);
+        put(common, record.method, 2);
+        put(common, record.time, 4);
+        put(common, record.crc, 4);
+        put(common, record.compressedSize, 4);
+        put(common, record.uncompressedSize, 4);
+        put(common, record.name.size(), 2);
 
         put(directory, zip::kCentralSignature, 4);
-        put(directory, 45, 2);
-        put(directory, 20, 2);
+        put(directory, madeBy, 2);
         put(directory, common);
-        put(directory, ntfsTimes ? 36 : 0, 2);
+        put(directory, centralExtra.size(), 2);
         put(directory, Bytes(10, 0));
         put(directory, image.size(), 4);
-        put(directory, bytesOf(entry.name));
-        if (ntfsTimes) {
-            put(directory, 0x0020000A, 4);
-            put(directory, Bytes(32, 7));
-        }
+        put(directory, bytesOf(record.name));
+        put(directory, centralExtra);
 
         put(image, zip::kLocalSignature, 4);
-        put(image, 20, 2);
         put(image, common);
         put(image, 0, 2);
-        put(image, bytesOf(entry.name));
-        put(image, data);
+        put(image, bytesOf(record.name));
+        put(image, record.data);
     }
     const std::size_t offset = image.size();
     put(image, directory);
     put(image, zip::kEndSignature, 4);
     put(image, 0, 4);
-    put(image, entries.size(), 2);
-    put(image, entries.size(), 2);
+    put(image, records.size(), 2);
+    put(image, records.size(), 2);
     put(image, directory.size(), 4);
     put(image, offset, 4);
     put(image, 0, 2);
     return image;
+}
+
+Bytes zipImage(const std::vector<TestEntry>& entries) {
+    std::vector<ZipRecord> records;
+    for (const auto& [name, contents, isDeflated] : entries) {
+        Bytes data = isDeflated ? deflated(contents) : contents;
+        records.push_back({name, isDeflated ? zip::kDeflated : zip::kStored, 0x58314A20,
+                           static_cast<std::uint32_t>(
+                               ::crc32(0, contents.data(), static_cast<uInt>(contents.size()))),
+                           static_cast<std::uint32_t>(data.size()),
+                           static_cast<std::uint32_t>(contents.size()), std::move(data)});
+    }
+    Bytes ntfsTimes;
+    put(ntfsTimes, 0x0020000A, 4);
+    put(ntfsTimes, Bytes(32, 7));
+    return writeZip(records, 0x0800, 45, ntfsTimes);
 }
 
 const std::vector<NamedPlan>& documentShapes() {
@@ -177,97 +188,81 @@ const std::vector<NamedPlan>& documentShapes() {
 }
 
 DocumentPlan randomPlan(Random& random) {
+    const auto number = [&](std::size_t limit) {
+        return static_cast<unsigned>(below(random, limit));
+    };
     DocumentPlan plan;
-    plan.product = static_cast<Product>(below(random, 4));
-    plan.palette = static_cast<PaletteShape>(below(random, 3));
-    plan.views = static_cast<unsigned>(below(random, 4));
-    plan.styles = static_cast<unsigned>(below(random, 4));
-    plan.pages = static_cast<unsigned>(below(random, 3));
-    plan.groupDepth = static_cast<unsigned>(below(random, 13));
-    plan.previews = below(random, 4) != 0;
-    plan.data2 = below(random, 3) == 0;
-    plan.payloadBytes = below(random, 400);
+    plan.product = static_cast<Product>(number(4));
+    plan.palette = static_cast<PaletteShape>(number(3));
+    plan.views = number(4);
+    plan.styles = number(4);
+    plan.pages = number(3);
+    plan.groupDepth = number(13);
+    plan.previews = number(4) != 0;
+    plan.data2 = number(3) == 0;
+    plan.payloadBytes = number(400);
     plan.seed = random();
     return plan;
 }
 
 Bytes rootDat(const DocumentPlan& plan) {
     Random random(plan.seed);
-    std::vector<Bytes> chunks = {pointer("fver", random), pointer("vrsn", random)};
-    chunks.push_back(list(
-        "doc ", {pointer("mcfg", random), pointer("ptrt", random),
-                 list("fntt", {pointer("font", random)}), list("bmkt", viewChunks(plan, random)),
-                 list("filt", {pointer("fild", random)}), pointer("stlt", random)}));
-    for (unsigned i = 0; i < plan.pages; ++i)
-        chunks.push_back(page(plan, random));
+    std::vector<Bytes> chunks = {leaf("fver", random), leaf("vrsn", random)};
+    chunks.push_back(list("doc ", {leaf("mcfg", random), list("fntt", {leaf("font", random)}),
+                                   viewList(plan, random), leaf("stlt", random)}));
+    for (unsigned i = 0; i < plan.pages; ++i) {
+        const Bytes layer = list("layr", {leaf("flgs", random), group(plan.groupDepth, random)});
+        chunks.push_back(list("page", {leaf("flgs", random), list("gobj", {layer})}));
+    }
     return riff("CDRR", chunks);
 }
 
-Bytes palette(const DocumentPlan& plan) {
-    std::string xml =
-        R"(<?xml version="1.0" encoding="UTF-8"?><palette guid="2b5d" name="Document Palette")";
-    if (plan.palette == PaletteShape::selfClosed) return bytesOf(xml + "/>");
-    xml += ">";
-    if (plan.palette == PaletteShape::spotInks)
-        xml +=
-            R"(<colorspaces><cs name="Spot"><color cs="LAB" tints="0.2,0.3,0.4"/></cs></colorspaces>)";
-    xml += "<colors><page>";
-    for (unsigned i = 0; i < plan.styles; ++i)
-        xml += R"(<color cs="CMYK" name="Ink )" + std::to_string(i) + R"(" tints="0,0,0,1"/>)";
-    return bytesOf(xml + "</page></colors></palette>");
-}
-
-std::vector<TestEntry> documentEntries(const DocumentPlan& plan) {
+Bytes buildDocument(const DocumentPlan& plan) {
     Random random(plan.seed ^ 0x5bd1e995);
     const bool isX7 = plan.product == Product::x7;
-    const std::string metadata = isX7 ? "META-INF/" : "metadata/";
-    std::vector<TestEntry> entries;
-    const auto add = [&](std::string name, Bytes contents, bool isDeflated = true) {
-        entries.push_back({std::move(name), std::move(contents), isDeflated});
+    const auto payload = [&](std::size_t part = 1) {
+        return randomBytes(random, plan.payloadBytes / part);
     };
-
-    if (isX7) add("mimetype", bytesOf("application/x-vnd.corel.zcf.draw.document+zip"), false);
+    std::vector<TestEntry> entries;
+    if (isX7)
+        entries.push_back(
+            {"mimetype", bytesOf("application/x-vnd.corel.zcf.draw.document+zip"), false});
     if (plan.product < Product::x6) {
-        add("content/riffData.cdr", riffData(plan), false);
+        entries.push_back({"content/riffData.cdr", riffData(plan), false});
     } else {
-        for (const char* name : {"data1", "masterPage", "page1", "Bitmaps"})
-            add(std::string("content/data/") + name + ".dat",
-                randomBytes(random, plan.payloadBytes));
-        add("content/dataFileList.dat",
-            bytesOf("data1.dat\nmasterPage.dat\npage1.dat\nBitmaps.dat"));
-        add("content/root.dat", rootDat(plan));
+        entries.push_back({"content/data/data1.dat", payload()});
+        entries.push_back({"content/data/Bitmaps.dat", payload()});
+        entries.push_back({"content/dataFileList.dat", bytesOf("data1.dat\nBitmaps.dat")});
+        entries.push_back({"content/root.dat", rootDat(plan)});
         if (plan.data2)
-            add("content/data2.dat", riff("CDRD", {list("bmkt", viewChunks(plan, random))}));
+            entries.push_back({"content/data2.dat", riff("CDRD", {viewList(plan, random)})});
     }
     if (plan.previews) {
         const std::string folder = isX7 ? "previews/" : "metadata/thumbnails/";
-        const std::string type = isX7 ? ".png" : ".bmp";
-        add(folder + "thumbnail" + type, randomBytes(random, plan.payloadBytes / 8), isX7);
-        add(folder + "page1" + type, Bytes(plan.payloadBytes / 4, 0x5A));
+        entries.push_back({folder + "thumbnail", payload(8), isX7});
+        entries.push_back({folder + "page1", Bytes(plan.payloadBytes / 4, 0x5A)});
     }
     // Some keep their palette at the root, where it is looked for last.
-    add(plan.seed % 8 == 7 ? "DocPalette.XML" : "color/docPalette.xml", palette(plan));
-    add("color/profiles/Coated FOGRA39%20(ISO).icc", randomBytes(random, plan.payloadBytes), false);
-    add("embed/embedding1.png", randomBytes(random, plan.payloadBytes));
-    add("styles/document.cdss", Bytes(plan.payloadBytes, 0x20));
-    add(metadata + "metadata.xml", bytesOf("<metadata AppVersion=\"2400\"/>"));
-    if (isX7)
-        add("META-INF/container.xml",
-            bytesOf("<container><rootfile full-path=\"previews/page1.png\"/></container>"));
-    return entries;
-}
-
-Bytes buildDocument(const DocumentPlan& plan) {
-    return zipImage(documentEntries(plan), plan.product != Product::x4);
+    entries.push_back(
+        {plan.seed % 8 == 7 ? "DocPalette.XML" : "color/docPalette.xml", palette(plan)});
+    entries.push_back({"color/profiles/Coated FOGRA39%20(ISO).icc", payload(), false});
+    entries.push_back({"embed/embedding1.png", payload()});
+    entries.push_back({isX7 ? "META-INF/metadata.xml" : "metadata/metadata.xml",
+                       bytesOf("<metadata AppVersion=\"2400\"/>")});
+    return zipImage(entries);
 }
 
 Bytes overlappingZip(const std::string& firstName) {
-    std::vector<TestEntry> entries(65535, {"n", {}, false});
-    entries[0] = {firstName, Bytes(100000, 'x'), false};
-    Bytes image = zipImage(entries, false);
+    std::vector<ZipRecord> records(65535);
+    for (ZipRecord& record : records) {
+        record.name = "n";
+        record.compressedSize = 100000;
+    }
+    records[0].name = firstName;
+    records[0].data = Bytes(100000, 'x');
+    Bytes image = writeZip(records);
     std::size_t header = readU32(image, image.size() - zip::kEndSize + zip::kEndDirectoryOffset);
     while (readU32(image, header) == zip::kCentralSignature) {
-        writeU32(image, header + zip::kCentralCompressedSize, 100000);
         writeU32(image, header + zip::kCentralLocalOffset, 0);
         header += zip::kCentralSize + readU16(image, header + zip::kCentralNameLength);
     }
@@ -277,22 +272,16 @@ Bytes overlappingZip(const std::string& firstName) {
 void damage(Bytes& bytes, Random& random) {
     for (std::size_t i = below(random, 4) + 1; i > 0 && !bytes.empty(); --i) {
         const std::size_t at = below(random, bytes.size());
-        switch (below(random, 8)) {
-            case 0:
-                bytes.resize(at);
-                break;
-            case 1:
-                put(bytes, randomBytes(random, below(random, 30)));
-                break;
-            case 2:
-                bytes[at] = 0xFF;
-                break;
-            case 3:  // the end record and the last central headers
-                bytes[bytes.size() - 1 - at % std::min<std::size_t>(bytes.size(), 200)] ^=
-                    static_cast<std::uint8_t>(1U << below(random, 8));
-                break;
-            default:
-                bytes[at] ^= static_cast<std::uint8_t>(1U << below(random, 8));
+        const std::size_t fromEnd = at % 200 < bytes.size() ? bytes.size() - 1 - at % 200 : at;
+        const std::size_t kind = below(random, 8);
+        if (kind == 0) {
+            bytes.resize(at);
+        } else if (kind == 1) {
+            put(bytes, randomBytes(random, below(random, 30)));
+        } else if (kind == 2) {
+            bytes[at] = 0xFF;
+        } else {  // at the end are the end record and the last central headers
+            bytes[kind == 3 ? fromEnd : at] ^= static_cast<std::uint8_t>(1U << below(random, 8));
         }
     }
 }

@@ -19,11 +19,28 @@ inline std::size_t below(Random& random, std::size_t limit) {
 Bytes bytesOf(std::string_view text);
 Bytes randomBytes(Random& random, std::size_t length);
 Bytes joined(const std::vector<Bytes>& parts);
+void put(Bytes& out, std::uint64_t value, unsigned count);
+void put(Bytes& out, ByteView bytes);
 
 /// A chunk with its pad byte; a list of chunks; a whole stream.
 Bytes chunk(std::string_view fourcc, const Bytes& data);
 Bytes list(std::string_view type, const std::vector<Bytes>& chunks);
 Bytes riff(std::string_view form, const std::vector<Bytes>& chunks);
+
+/// An entry as both of its headers tell it.
+struct ZipRecord {
+    std::string name;
+    unsigned method = 0;
+    std::uint32_t time = 0;
+    std::uint32_t crc = 0;
+    std::uint32_t compressedSize = 0;
+    std::uint32_t uncompressedSize = 0;
+    Bytes data;
+};
+
+/// The extra field goes into the central headers only.
+Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags = 0, unsigned madeBy = 20,
+               ByteView centralExtra = {});
 
 struct TestEntry {
     std::string name;
@@ -31,9 +48,8 @@ struct TestEntry {
     bool deflated = true;
 };
 
-/// An archive as CorelDRAW writes it. `ntfsTimes` adds the extra field that only central headers
-/// carry.
-Bytes zipImage(const std::vector<TestEntry>& entries, bool ntfsTimes = true);
+/// An archive as CorelDRAW writes it.
+Bytes zipImage(const std::vector<TestEntry>& entries);
 
 enum class Product { x4, x5, x6, x7 };
 enum class PaletteShape { selfClosed, styles, spotInks };
@@ -61,8 +77,6 @@ const std::vector<NamedPlan>& documentShapes();
 
 DocumentPlan randomPlan(Random& random);
 Bytes rootDat(const DocumentPlan& plan);
-Bytes palette(const DocumentPlan& plan);
-std::vector<TestEntry> documentEntries(const DocumentPlan& plan);
 Bytes buildDocument(const DocumentPlan& plan);
 
 /// 65,535 entries named "n" but the first, which all claim the 100 KB of the first as their data:

@@ -45,7 +45,10 @@ namespace {
 
 SlimFiles withPlenty(SlimFiles files) {
     return {
-        [=](const std::wstring& path) { return Plenty(), files.readWhole(path); },
+        [=](const std::wstring& path, Bytes& contents) {
+            const Plenty plenty;
+            return files.readWhole(path, contents);
+        },
         [=](const std::wstring& from, const std::wstring& to) {
             const Plenty plenty;
             return files.copyFile(from, to);

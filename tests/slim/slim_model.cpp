@@ -5,30 +5,23 @@
 #include <algorithm>
 #include <vector>
 
+#include "tests/slim/document_builder.h"
+
 namespace {
-
-void put(Bytes& out, std::uint64_t value, int count) {
-    for (; count > 0; --count, value >>= 8)
-        out.push_back(static_cast<std::uint8_t>(value));
-}
-
-void put(Bytes& out, const Bytes& from, std::size_t start, std::size_t end) {
-    out.insert(out.end(), from.data() + start, from.data() + end);
-}
 
 std::string textAt(const Bytes& bytes, std::size_t start, std::size_t length) {
     if (start + length > bytes.size()) return {};
     return std::string(bytes.data() + start, bytes.data() + start + length);
 }
 
-bool isRiff(const Bytes& stream) {
-    return stream.size() >= 12 && textAt(stream, 0, 4) == "RIFF";
+ByteView range(const Bytes& bytes, std::size_t start, std::size_t end) {
+    return ByteView(bytes).subspan(start, end - start);
 }
 
 std::uint32_t countRange(const Bytes& stream, std::size_t start, std::size_t end,
                          const std::string& fourcc, int depth) {
     std::uint32_t count = 0;
-    for (std::size_t p = start; depth < 8 && p + 8 <= end;) {
+    for (std::size_t p = start; depth < 8 && p + 8 <= end; p += p % 2) {
         const std::size_t size = readU32(stream, p + 4);
         if (p + 8 + size > end) break;
         const std::string id = textAt(stream, p, 4);
@@ -36,7 +29,6 @@ std::uint32_t countRange(const Bytes& stream, std::size_t start, std::size_t end
         if (id == "LIST" && size >= 4)
             count += countRange(stream, p + 12, p + 8 + size, fourcc, depth + 1);
         p += size + 8;
-        if (p % 2 != 0) ++p;
     }
     return count;
 }
@@ -53,38 +45,22 @@ Bytes stripRange(const Bytes& stream, std::size_t start, std::size_t end, const 
         if (id == fourcc) {
             ++removed;
         } else if (id != "LIST" || size < 4 || depth == 7) {
-            put(out, stream, p, next);
+            put(out, range(stream, p, next));
         } else {
-            const Bytes body = stripRange(stream, p + 12, p + 8 + size, fourcc, depth + 1, removed);
-            put(out, stream, p, p + 4);
-            put(out, body.size() + 4, 4);
-            put(out, stream, p + 8, p + 12);
-            put(out, body, 0, body.size());
-            if (body.size() % 2 != 0) out.push_back(0);
+            Bytes body(stream.begin() + std::ptrdiff_t(p + 8),
+                       stream.begin() + std::ptrdiff_t(p + 12));
+            put(body, stripRange(stream, p + 12, p + 8 + size, fourcc, depth + 1, removed));
+            put(out, chunk("LIST", body));
         }
         p = next;
     }
-    put(out, stream, p, end);
+    put(out, range(stream, p, end));
     return out;
 }
 
-struct Entry {
-    std::string name;
+struct Entry : ZipRecord {
     std::string key;
-    std::size_t header = 0;
-    unsigned method = 0;
-    std::uint32_t compressedSize = 0;
-    std::uint32_t uncompressedSize = 0;
-    Bytes data;
 };
-
-std::string keyOf(std::string name) {
-    for (char& c : name) {
-        if (c == '\\') c = '/';
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return name;
-}
 
 std::vector<Entry> readZip(const Bytes& file) {
     std::vector<Entry> entries;
@@ -97,15 +73,17 @@ std::vector<Entry> readZip(const Bytes& file) {
     if (end == n) return entries;
     std::uint64_t at = readU32(file, end + 16);
     if (at + readU32(file, end + 12) > n) return entries;
-    for (unsigned left = readU16(file, end + 10); left > 0; --left) {
+    for (unsigned left = readU16(file, end + 10); left > 0 && at <= n; --left) {
         if (at + 46 > n || readU32(file, at) != 0x02014b50) break;
         const std::size_t nameLength = readU16(file, at + 28);
         if (at + 46 + nameLength > n) break;
         Entry entry;
-        entry.header = at;
-        entry.name = textAt(file, at + 46, nameLength);
-        entry.key = keyOf(entry.name);
+        entry.name = entry.key = textAt(file, at + 46, nameLength);
+        for (char& c : entry.key)
+            c = c == '\\' ? '/' : c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
         entry.method = readU16(file, at + 10);
+        entry.time = readU32(file, at + 12);
+        entry.crc = readU32(file, at + 16);
         entry.compressedSize = readU32(file, at + 20);
         entry.uncompressedSize = readU32(file, at + 24);
         const std::uint64_t local = readU32(file, at + 42);
@@ -113,11 +91,10 @@ std::vector<Entry> readZip(const Bytes& file) {
             const std::uint64_t start =
                 local + 30 + readU16(file, local + 26) + readU16(file, local + 28);
             if (start + entry.compressedSize <= n)
-                put(entry.data, file, start, start + entry.compressedSize);
+                put(entry.data, range(file, start, start + entry.compressedSize));
         }
         at += 46 + nameLength + readU16(file, at + 30) + readU16(file, at + 32);
         entries.push_back(std::move(entry));
-        if (at > n) break;
     }
     return entries;
 }
@@ -139,156 +116,119 @@ Bytes inflated(const Entry& entry) {
     return out;
 }
 
-Bytes extract(const std::vector<Entry>& entries, const std::string& key) {
-    for (const Entry& entry : entries) {
-        if (entry.key == key) return inflated(entry);
+Entry* find(std::vector<Entry>& entries, const std::string& key) {
+    for (Entry& entry : entries) {
+        if (entry.key == key) return &entry;
     }
-    return {};
+    return nullptr;
+}
+
+Bytes extract(std::vector<Entry>& entries, const std::string& key) {
+    const Entry* entry = find(entries, key);
+    return entry ? inflated(*entry) : Bytes();
+}
+
+Bytes extract(std::vector<Entry>& entries, const std::string& key, const std::string& otherKey) {
+    const Bytes contents = extract(entries, key);
+    return contents.empty() ? extract(entries, otherKey) : contents;
 }
 
 void replace(std::vector<Entry>& entries, const std::string& key, const Bytes& contents) {
-    for (Entry& entry : entries) {
-        if (entry.key != key) continue;
-        entry.method = 0;
-        entry.data = contents;
-        return;
-    }
+    Entry* entry = find(entries, key);
+    if (!entry) return;
+    entry->method = 0;
+    entry->data = contents;
 }
 
 bool isPreview(const Entry& entry) {
-    return entry.key.rfind("previews/", 0) == 0 || entry.key.rfind("metadata/thumbnails/", 0) == 0;
+    return entry.key.starts_with("previews/") || entry.key.starts_with("metadata/thumbnails/");
 }
 
-Bytes writeZip(const Bytes& file, const std::vector<Entry>& entries) {
-    Bytes image;
-    Bytes directory;
-    for (const Entry& entry : entries) {
-        const bool stored = entry.method == 0;
-        Bytes common;
-        put(common, 0, 2);
-        put(common, entry.method, 2);
-        put(common, file, entry.header + 12, entry.header + 16);
-        if (stored) {
-            put(common, ::crc32(0, entry.data.data(), static_cast<uInt>(entry.data.size())), 4);
-            put(common, entry.data.size(), 4);
-            put(common, entry.data.size(), 4);
-        } else {
-            put(common, file, entry.header + 16, entry.header + 28);
-        }
-        put(common, entry.name.size(), 2);
-        put(common, 0, 2);
+const char* const kPalette = "color/docpalette.xml";
+const char* const kOtherPalette = "docpalette.xml";
 
-        put(directory, 0x02014b50, 4);
-        put(directory, 20, 2);
-        put(directory, 20, 2);
-        put(directory, common, 0, common.size());
-        put(directory, 0, 10);
-        put(directory, image.size(), 4);
-        directory.insert(directory.end(), entry.name.begin(), entry.name.end());
-
-        put(image, 0x04034b50, 4);
-        put(image, 20, 2);
-        put(image, common, 0, common.size());
-        image.insert(image.end(), entry.name.begin(), entry.name.end());
-        put(image, entry.data, 0, entry.data.size());
-    }
-    const std::size_t offset = image.size();
-    put(image, directory, 0, directory.size());
-    put(image, 0x06054b50, 4);
-    put(image, 0, 4);
-    put(image, entries.size(), 2);
-    put(image, entries.size(), 2);
-    put(image, directory.size(), 4);
-    put(image, offset, 4);
-    put(image, 0, 2);
-    return image;
-}
-
-std::string firstPalette(const std::vector<Entry>& entries) {
-    for (const char* key : {"color/docpalette.xml", "docpalette.xml"}) {
-        if (!extract(entries, key).empty()) return key;
-    }
-    return {};
-}
-
-std::uint32_t stylesIn(const std::string& xml) {
+std::uint32_t stylesIn(const Bytes& xml) {
     std::uint32_t count = 0;
     for (std::size_t i = 0; i + 7 <= xml.size(); ++i)
-        count += xml.compare(i, 7, "<color ") == 0;
+        count += textAt(xml, i, 7) == "<color ";
     return count;
 }
 
 std::uint32_t clearPalette(std::vector<Entry>& entries) {
-    const std::string key = firstPalette(entries);
+    const char* const key = extract(entries, kPalette).empty() ? kOtherPalette : kPalette;
     const Bytes bytes = extract(entries, key);
     std::string xml(bytes.begin(), bytes.end());
-    const std::uint32_t count = stylesIn(xml);
+    const std::uint32_t count = stylesIn(bytes);
     const std::size_t open = xml.find("<colors>");
     const std::size_t close = xml.rfind("</colors>");
     if (count == 0 || open == xml.npos || close == xml.npos || close < open) return 0;
     xml.replace(open, close + 9 - open, "<colors><page></page></colors>");
-    replace(entries, key, Bytes(xml.begin(), xml.end()));
+    replace(entries, key, bytesOf(xml));
     return count;
 }
 
 std::string verify(const Bytes& image) {
-    const std::vector<Entry> entries = readZip(image);
+    std::vector<Entry> entries = readZip(image);
     if (entries.empty()) return "ZIP structure damaged";
-    Bytes stream = extract(entries, "content/riffdata.cdr");
-    if (stream.empty()) stream = extract(entries, "riffdata.cdr");
+    Bytes stream = extract(entries, "content/riffdata.cdr", "riffdata.cdr");
     if (stream.empty()) {
-        stream = extract(entries, "content/root.dat");
-        if (stream.empty()) stream = extract(entries, "root.dat");
-        if (!isRiff(stream)) return "riffData.cdr not found";
+        stream = extract(entries, "content/root.dat", "root.dat");
+        if (!modelIsRiff(stream)) return "riffData.cdr not found";
     }
-    if (!isRiff(stream)) return "Invalid RIFF header";
+    if (!modelIsRiff(stream)) return "Invalid RIFF header";
     return readU32(stream, 4) > stream.size() - 8 ? "RIFF size field abnormal" : "";
+}
+
+Bytes repacked(std::vector<Entry>& entries) {
+    std::vector<ZipRecord> records;
+    for (Entry& entry : entries) {
+        const auto size = static_cast<std::uint32_t>(entry.data.size());
+        if (entry.method == 0) {
+            entry.crc = static_cast<std::uint32_t>(::crc32(0, entry.data.data(), size));
+            entry.compressedSize = entry.uncompressedSize = size;
+        }
+        records.push_back(entry);
+    }
+    return writeZip(records);
 }
 
 }  // namespace
 
+bool modelIsRiff(const Bytes& stream) {
+    return stream.size() >= 12 && textAt(stream, 0, 4) == "RIFF";
+}
+
 std::uint32_t modelCount(const Bytes& stream, const std::string& fourcc) {
-    return isRiff(stream) ? countRange(stream, 12, stream.size(), fourcc, 0) : 0;
+    return modelIsRiff(stream) ? countRange(stream, 12, stream.size(), fourcc, 0) : 0;
 }
 
 int modelStrip(Bytes& stream, const std::string& fourcc) {
-    if (!isRiff(stream)) return -1;
+    if (!modelIsRiff(stream)) return -1;
     int removed = 0;
     const Bytes body = stripRange(stream, 12, stream.size(), fourcc, 0, removed);
     if (removed == 0) return 0;
-    Bytes out;
-    put(out, stream, 0, 4);
-    put(out, body.size() + 4, 4);
-    put(out, stream, 8, 12);
-    put(out, body, 0, body.size());
-    stream = out;
+    stream.resize(12);
+    put(stream, body);
+    writeU32(stream, 4, static_cast<std::uint32_t>(stream.size() - 8));
     return removed;
 }
 
 void modelNormalise(Bytes& stream) {
     while (stream.size() % 4 != 0)
         stream.push_back(0);
+    const auto clamp = [&](std::size_t at, std::size_t end) {
+        const auto size = std::min<std::size_t>(readU32(stream, at + 4), end - at - 8);
+        writeU32(stream, at + 4, static_cast<std::uint32_t>(size));
+        return at + 8 + size;
+    };
     const std::size_t n = stream.size();
     writeU32(stream, 4, static_cast<std::uint32_t>(n - 8));
-    for (std::size_t p = 12; p + 8 <= n;) {
-        std::size_t size = readU32(stream, p + 4);
-        if (size == 0) {
-            p += 8;
-            continue;
-        }
-        size = std::min(size, n - p - 8);
-        writeU32(stream, p + 4, static_cast<std::uint32_t>(size));
-        const std::size_t end = p + 8 + size;
-        if (textAt(stream, p, 4) == "LIST") {
-            for (std::size_t q = p + 12; q + 8 <= end;) {
-                const std::size_t child =
-                    std::min<std::size_t>(readU32(stream, q + 4), end - q - 8);
-                writeU32(stream, q + 4, static_cast<std::uint32_t>(child));
-                q += child + 8;
-                q += q % 2;
-            }
-        }
-        p = end + end % 2;
+    for (std::size_t p = 12; p + 8 <= n; p += p % 2) {
+        const std::size_t end = clamp(p, n);
+        const bool isList = textAt(stream, p, 4) == "LIST";
+        for (std::size_t q = p + 12; isList && q + 8 <= end; q += q % 2)
+            q = clamp(q, end);
+        p = end;
     }
 }
 
@@ -296,17 +236,14 @@ ModelOutcome modelSlim(const Bytes& file) {
     ModelOutcome outcome;
     if (file.empty()) return {"Cannot read file", {}};
     std::vector<Entry> entries = readZip(file);
-    if (entries.empty()) {
-        return {textAt(file, 0, 4) == "RIFF" ? "legacy" : "not recognised", {}};
-    }
+    if (entries.empty())
+        return {textAt(file, 0, 4) == "RIFF" ? "Legacy format" : "Not a recognizable", {}};
     const std::uint32_t views = modelCount(extract(entries, "content/root.dat"), "bmrk") +
                                 modelCount(extract(entries, "content/data2.dat"), "bmrk");
-    const Bytes xml = extract(entries, firstPalette(entries));
-    const bool hasPreviews = std::any_of(entries.begin(), entries.end(), isPreview);
-    if (views == 0 && stylesIn(std::string(xml.begin(), xml.end())) == 0 && !hasPreviews)
-        return {"clean", {}};
-
+    const std::uint32_t styles = stylesIn(extract(entries, kPalette, kOtherPalette));
     outcome.previews = static_cast<std::uint32_t>(std::erase_if(entries, isPreview));
+    if (views == 0 && styles == 0 && outcome.previews == 0) return {"clean", {}};
+
     for (const char* key :
          {"content/root.dat", "content/root.dat", "content/data2.dat", "content/data2.dat"}) {
         Bytes stream = extract(entries, key);
@@ -317,7 +254,7 @@ ModelOutcome modelSlim(const Bytes& file) {
         outcome.views += static_cast<std::uint32_t>(removed);
     }
     outcome.colors = clearPalette(entries);
-    outcome.image = writeZip(file, entries);
+    outcome.image = repacked(entries);
     const std::string failure = verify(outcome.image);
     outcome.state = failure.empty() ? "written" : failure;
     return outcome;

@@ -6,12 +6,13 @@
 
 #include "slim/bytes.h"
 
+bool modelIsRiff(const Bytes& stream);
 std::uint32_t modelCount(const Bytes& stream, const std::string& fourcc);
 int modelStrip(Bytes& stream, const std::string& fourcc);
 void modelNormalise(Bytes& stream);
 
 struct ModelOutcome {
-    /// "clean", "written", "legacy" or the failure.
+    /// "clean", "written" or words of the failure.
     std::string state;
     Bytes image;
     std::uint32_t views = 0;

@@ -19,15 +19,6 @@ const std::vector<TestEntry>& sampleEntries() {
     return entries;
 }
 
-// Where the central header of entry `index` starts.
-std::size_t centralHeader(const Bytes& image, int index) {
-    std::size_t at = readU32(image, image.size() - zip::kEndSize + zip::kEndDirectoryOffset);
-    for (; index > 0; --index)
-        at += zip::kCentralSize + readU16(image, at + zip::kCentralNameLength) +
-              readU16(image, at + zip::kCentralExtraLength);
-    return at;
-}
-
 ZipArchive opened(Bytes image) {
     ZipArchive archive;
     EXPECT_TRUE(archive.openFromBytes(std::move(image)).ok);
@@ -67,37 +58,22 @@ TEST(ZipArchive, RemovesAndReplacesTheFirstEntryOfAName) {
 }
 
 TEST(ZipArchive, AcceptsOnlyAnEndRecordWhoseCommentEndsWithTheFile) {
-    const Bytes image = zipImage(sampleEntries());
-    const auto opensWithComment = [&](std::size_t stated, std::size_t actual) {
-        Bytes changed = image;
-        writeU16(changed, image.size() - 2, static_cast<std::uint32_t>(stated));
-        changed.resize(image.size() + actual, 'c');
+    const std::size_t comments[][2] = {{0, 0}, {65535, 65535}, {0, 1}, {65535, 65536}};
+    for (const auto& [stated, actual] : comments) {
+        Bytes image = zipImage(sampleEntries());
+        writeU16(image, image.size() - 2, static_cast<std::uint32_t>(stated));
+        image.resize(image.size() + actual, 'c');
         ZipArchive archive;
-        const OpenResult result = archive.openFromBytes(std::move(changed));
-        EXPECT_EQ(result.error.empty(), result.ok);
-        return result.ok;
-    };
-    EXPECT_TRUE(opensWithComment(0, 0));
-    EXPECT_TRUE(opensWithComment(65535, 65535));
-    EXPECT_FALSE(opensWithComment(0, 1));
-    EXPECT_FALSE(opensWithComment(65535, 65536));
-}
-
-TEST(ZipArchive, KeepsTheEntriesBeforeABreakInTheDirectory) {
-    const Bytes image = zipImage(sampleEntries());
-    for (int broken = 0; broken < 4; ++broken) {
-        Bytes changed = image;
-        changed[centralHeader(image, broken)] ^= 1;
-        ZipArchive archive;
-        const OpenResult result = archive.openFromBytes(std::move(changed));
-        EXPECT_EQ(result.ok, broken > 0);
-        EXPECT_EQ(result.entryCount, static_cast<std::uint32_t>(broken));
+        const OpenResult result = archive.openFromBytes(std::move(image));
+        EXPECT_EQ(result.ok, stated == actual) << actual;
+        EXPECT_EQ(result.error, result.ok ? L"" : L"ZIP structure parsing failed");
     }
 }
 
 TEST(ZipArchive, GivesNothingForDataItCannotTrust) {
     const Bytes image = zipImage(sampleEntries());
-    const std::size_t header = centralHeader(image, 0);
+    const std::size_t header =
+        readU32(image, image.size() - zip::kEndSize + zip::kEndDirectoryOffset);
     const struct {
         const char* what;
         std::size_t at;
@@ -128,33 +104,9 @@ TEST(ZipArchive, GivesNothingForDataItCannotTrust) {
     EXPECT_EQ(extractedLength(archive.entries()[0]), 24U);
 }
 
-TEST(ZipWriter, DropsWhatWasDeletedAndAllExtras) {
-    ZipArchive archive = opened(zipImage(sampleEntries()));
-    archive.removeEntry(L"a");
-    archive.replaceEntry(L"content/root.dat", bytesOf("new"));
-    const std::vector<TestEntry> expected = {
-        {"content\\root.dat", bytesOf("new"), false}, sampleEntries()[2], sampleEntries()[3]};
-    Bytes plain = zipImage(expected, false);
-    for (int i = 0; i < 3; ++i) {
-        const std::size_t header = centralHeader(plain, i);
-        writeU16(plain, header + 4, 20);
-        writeU16(plain, header + 8, 0);
-        writeU16(plain, readU32(plain, header + zip::kCentralLocalOffset) + 6, 0);
-    }
-    EXPECT_EQ(repack(archive), plain);
-}
-
-TEST(ZipWriter, WritesABareEndRecordForAnEmptyArchive) {
-    ZipArchive archive = opened(zipImage(sampleEntries()));
-    EXPECT_EQ(archive.removeEntriesUnder(L""), 4U);
-    const Bytes image = repack(archive);
-    EXPECT_EQ(image.size(), zip::kEndSize);
-    EXPECT_FALSE(archive.openFromBytes(image).ok);
-}
-
 TEST(ZipWriter, WritesAsManyEntriesAsTheFormatHoldsButNotFourGigabytes) {
     const std::vector<TestEntry> entries(65535, {"n", {}, false});
-    const Bytes image = repack(opened(zipImage(entries, false)));
+    const Bytes image = repack(opened(zipImage(entries)));
     EXPECT_EQ(opened(image).entryCount(), 65535U);
     EXPECT_EQ(repack(opened(overlappingZip("n"))), Bytes());
 }
