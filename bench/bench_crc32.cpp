@@ -47,6 +47,12 @@ int main(int argc, char** argv) {
         const Bytes data = periodThreeSample(static_cast<std::size_t>(std::atol(argv[1])));
         return runOnce(contendersFor(data), argv[2]);
     }
+#if !defined(HAVE_ZLIB)
+    std::printf("zlib is not here: skipped\n");
+#endif
+#if !defined(HAVE_LIBDEFLATE)
+    std::printf("libdeflate is not here: skipped\n");
+#endif
     std::printf("%-10s %10s", "bytes", "MB/s");
     const Bytes none;
     for (const Contender& each : contendersFor(none)) {
