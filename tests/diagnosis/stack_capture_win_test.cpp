@@ -12,6 +12,7 @@
 #include "diagnosis/capture_action.h"
 #include "diagnosis/match.h"
 #include "diagnosis/system_files_win.h"
+#include "tests/base/resources_win.h"
 #include "tests/cdr/practice_process_win.h"
 
 namespace {
@@ -81,17 +82,6 @@ std::wstring ShownFrames(const std::vector<StackFrame>& frames) {
                 (frame.function.empty() ? L"(no symbol)" : frame.function) + L"\n";
     }
     return text;
-}
-
-// All values that are open in this process; the system's own count is not to be had everywhere.
-int OpenHandles() {
-    constexpr std::uintptr_t kHighest = 0x8000;
-    int open = 0;
-    for (std::uintptr_t value = 4; value < kHighest; value += 4) {
-        DWORD flags = 0;
-        open += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) ? 1 : 0;
-    }
-    return open;
 }
 
 // A thread in another process, with nothing of its own to do.
