@@ -7,58 +7,38 @@
 #include <dbghelp.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/main_window_win.h"
 #include "base/handle_win.h"
+#include "bench/rounds.h"
+#include "cloud/cache_file_win.h"
 #include "cloud/settings_win.h"
+#include "slim/slim_files_win.h"
 
 namespace {
 
 constexpr int kRounds = 9;
 
-double millisecondsOf(const std::function<void()>& run) {
-    const auto start = std::chrono::steady_clock::now();
-    run();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-        .count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-struct Subject {
-    const char* name;
-    std::function<void()> prepare;
-    std::function<void()> run;
-};
-
 // Both in every round, because the machine drifts.
-void compare(const char* what, const Subject& ours, const Subject& other) {
-    std::vector<double> oursMs, otherMs;
-    for (int round = 0; round <= kRounds; ++round) {
-        ours.prepare();
-        const double first = millisecondsOf(ours.run);
-        other.prepare();
-        const double second = millisecondsOf(other.run);
-        if (round == 0) continue;  // warms up
-        oursMs.push_back(first);
-        otherMs.push_back(second);
-    }
-    std::printf("%s: %s|%.1f|%s|%.1f\n", what, ours.name, median(oursMs), other.name,
-                median(otherMs));
+void compare(const char* what, const Contender& ours, const Contender& other) {
+    const std::vector<Standing> standings = measure({ours, other}, kRounds);
+    std::printf("%s: %s|%.1f|%s|%.1f|%.2f\n", what, ours.name.c_str(), standings[0].seconds * 1e3,
+                other.name.c_str(), standings[1].seconds * 1e3, 1 / standings[1].ratio);
     std::fflush(stdout);
 }
 
-void nothing() {}
+ReportLog logOf(int lines, const std::wstring& text) {
+    ReportLog log;
+    for (int i = 0; i < lines; ++i)
+        appendLine(log, std::to_wstring(i) + L" " + text);
+    return log;
+}
 
 class Bench {
   public:
@@ -71,18 +51,17 @@ class Bench {
     }
 
     void paints() {
-        const auto run = [this] { paint(); };
         const std::wstring wrapped(400, L'w');
-        compare("paint of the report", {"2000 wrapped lines", [&] { fill(2000, wrapped); }, run},
-                {"no line", [this] { clearLines(window_.state.log); }, run});
+        ReportLog none;
+        ReportLog page = logOf(12, wrapped);
+        ReportLog full = logOf(kMaxLogLines, wrapped);
+        ReportLog fullAtTop = full;
+        scrollLog(fullAtTop, WHEEL_DELTA * kMaxLogLines);
+        compare("paint of the report", {"2000 wrapped lines", [&] { paintWith(full); }},
+                {"no line", [&] { paintWith(none); }});
         compare("paint of the report",
-                {"2000 wrapped lines, at their top",
-                 [&] {
-                     fill(2000, wrapped);
-                     scrollLog(window_.state.log, WHEEL_DELTA * kMaxLogLines);
-                 },
-                 run},
-                {"a page of them", [&] { fill(12, wrapped); }, run});
+                {"2000 wrapped lines, at their top", [&] { paintWith(fullAtTop); }},
+                {"a page of them", [&] { paintWith(page); }});
     }
 
     // Each capture is of another process than the last, so that its symbols must be registered.
@@ -93,9 +72,8 @@ class Bench {
             return false;
         }
         paint();
-        const auto other = [this] { window_.state.selectedInstance ^= 1; };
-        compare("click to diagnosis", {"the window", other, [this] { clickCapture(); }},
-                {"the debug-help library's walk and one paint", nothing, [this] {
+        compare("click to diagnosis", {"the window", [this] { clickCapture(); }},
+                {"the debug-help library's walk and one paint", [this] {
                      walkAlone(window_.state.instances.front());
                      paint();
                  }});
@@ -103,34 +81,39 @@ class Bench {
     }
 
     void update() {
-        std::string document;
+        const std::string large = rules(2 << 20);
+        const std::string small = rules(1000);
+        const std::string* served = nullptr;
         window_.cloud.isNetworkEnabled = [] { return true; };
         window_.cloud.request = [&](std::wstring_view, std::wstring_view, std::string_view) {
-            return document;
+            return *served;
         };
-        std::string stored;
+        const std::wstring path = CacheFilePath() + L".bench";
         window_.cloud.writeCache = [&](std::string_view body) {
-            stored = body;
-            return true;
+            return realSlimFiles().writeWhole(
+                path, ByteView(reinterpret_cast<const std::uint8_t*>(body.data()), body.size()));
         };
-        const auto run = [this] {
+        const auto clickWith = [&](const std::string& document) {
+            served = &document;
             runAction(window_, kUpdateAction);
             paint();
         };
-        compare("update of the rules", {"2 MiB", [&] { document = rules(2 << 20); }, run},
-                {"4 rules", [&] { document = rules(1000); }, run});
+        compare("update of the rules", {"2 MiB", [&] { clickWith(large); }},
+                {"7 rules", [&] { clickWith(small); }});
+        DeleteFileW(path.c_str());
     }
 
   private:
     void paint() { RedrawWindow(window_.hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
 
-    void fill(int lines, const std::wstring& text) {
-        clearLines(window_.state.log);
-        for (int i = 0; i < lines; ++i)
-            appendLine(window_.state.log, std::to_wstring(i) + L" " + text);
+    void paintWith(ReportLog& log) {
+        std::swap(window_.state.log, log);
+        paint();
+        std::swap(window_.state.log, log);
     }
 
     void clickCapture() {
+        window_.state.selectedInstance ^= 1;
         const auto button =
             std::find_if(window_.state.hitTargets.begin(), window_.state.hitTargets.end(),
                          [](const HitTarget& element) { return element.id == kCaptureAction; });
