@@ -144,7 +144,7 @@ TEST(Endurance, LeavesADayWithWhatItBeganWith) {
         day.slimmedDocuments(documents);
     };
     // Long enough that both are registered and caches of the system are full.
-    live(41, 100, 3);
+    live(21, 30, 1);
     const Held before = day.held();
     report("warmed up", before);
     live(timesOf(1000), timesOf(2000), timesOf(200));
