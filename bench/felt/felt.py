@@ -59,7 +59,9 @@ def main(rounds=9):
     with closing(Desktop(1400, 1100)) as desktop:
         wine = WineBox(desktop)
         pixel = Pixel(desktop.environment["DISPLAY"], 700, 500)
-        # The prefix itself, which the first program starts, stays alive meanwhile.
+        # What was started for another display would keep every window invisible. From then on the
+        # prefix itself, which the first program starts, stays alive.
+        wine.shut_down()
         keeper = wine.start("cmd.exe", "/c", "pause")
         programs = {"Mirelo": program, "Wine's notepad": "notepad.exe",
                     "the least Direct2D window": BUILD / "bench" / "felt" / "bench_felt_bare.exe"}
