@@ -101,10 +101,13 @@ void loadSignatures(MainWindow& window) {
 
 // Nobody waits for the download: it touches nothing of the window's, and its message is lost when
 // the window has gone. Without memory for a thread the program has no future: the exception ends
-// it.
-void startBackgroundUpdate(const MainWindow& window) {
+// it. What a download loads would slow the start down: the window is shown first.
+void startBackgroundUpdate(MainWindow& window) {
+    constexpr DWORD kLongestStartMs = 3000;
     if (!window.cloud.isNetworkEnabled()) return;
-    std::thread([hwnd = window.hwnd, cloud = window.cloud] {
+    window.painted = std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    std::thread([hwnd = window.hwnd, cloud = window.cloud, painted = window.painted] {
+        WaitForSingleObject(painted->get(), kLongestStartMs);
         if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
     }).detach();
 }
@@ -185,6 +188,7 @@ void onPaint(MainWindow& window) {
     const bool painted = window.renderer.paint(
         {layout, window.state.log, window.state.statusText, window.state.hoverTarget});
     EndPaint(window.hwnd, &paint);
+    if (window.painted) SetEvent(window.painted->get());
     if (!painted) invalidate(window);
 }
 

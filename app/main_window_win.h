@@ -3,8 +3,11 @@
 
 #include <windows.h>
 
+#include <memory>
+
 #include "app/render_win.h"
 #include "app/window_state.h"
+#include "base/handle_win.h"
 #include "base/shell.h"
 #include "cloud/services.h"
 #include "diagnosis/capture_action.h"
@@ -28,6 +31,8 @@ struct MainWindow {
     LastCapture lastCapture;
     PrinterSwitch printerSwitch;
     CloudServices cloud;
+    /// Set once the window has been painted; null when nothing waits for that.
+    std::shared_ptr<KernelHandle> painted;
     /// What the handlers see of this window.
     Shell shell;
     Renderer renderer;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <new>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -36,37 +37,46 @@ SignatureRule RuleFromJson(const JsonValue& element) {
     return rule;
 }
 
-// Works on a copy of the list, so that a failure half way leaves the base as it was. The index
-// keeps a document of a hundred thousand rules from being compared rule by rule.
-bool TakeRules(std::vector<SignatureRule>& rules, const std::vector<JsonValue>& elements) {
-    std::unordered_map<std::string, std::size_t> positionOfId;
+std::vector<SignatureRule> RulesFromJson(const std::vector<JsonValue>& elements) {
+    std::vector<SignatureRule> rules;
+    rules.reserve(elements.size());
+    for (const JsonValue& element : elements) {
+        SignatureRule rule = RuleFromJson(element);
+        if (!rule.id.empty() && !rule.title.empty()) rules.push_back(std::move(rule));
+    }
+    return rules;
+}
+
+// Whatever can fail for want of memory comes before the first change of the list. The index keeps a
+// document of a hundred thousand rules from being compared rule by rule.
+void TakeRules(std::vector<SignatureRule>& rules, std::vector<SignatureRule> incoming) {
+    std::unordered_map<std::string_view, std::size_t> positionOfId;
+    positionOfId.reserve(rules.size() + incoming.size());
     for (std::size_t i = 0; i < rules.size(); ++i)
         positionOfId.emplace(rules[i].id, i);
 
-    bool taken = false;
-    for (const JsonValue& element : elements) {
-        SignatureRule rule = RuleFromJson(element);
-        if (rule.id.empty() || rule.title.empty()) continue;
-        const auto [position, isNew] = positionOfId.try_emplace(rule.id, rules.size());
-        if (isNew) {
-            rules.push_back(std::move(rule));
-        } else {
-            rules[position->second] = std::move(rule);
-        }
-        taken = true;
+    std::vector<std::size_t> positions;
+    positions.reserve(incoming.size());
+    std::size_t count = rules.size();
+    for (const SignatureRule& rule : incoming) {
+        const auto [position, isNew] = positionOfId.try_emplace(rule.id, count);
+        if (isNew) ++count;
+        positions.push_back(position->second);
     }
-    return taken;
+
+    rules.resize(count);
+    for (std::size_t i = 0; i < incoming.size(); ++i)
+        rules[positions[i]] = std::move(incoming[i]);
 }
 
 bool Merge(SignatureRuleBase& base, std::string_view jsonText) {
     const JsonValue document = ParseJson(jsonText);
-    const std::vector<JsonValue>& elements = Member(document, "rules").elements();
     const int version = ClampedVersion(Member(document, "version"));
     if (version >= 1 && version < base.version) return false;
 
-    std::vector<SignatureRule> rules = base.rules;
-    if (!TakeRules(rules, elements)) return false;
-    base.rules = std::move(rules);
+    std::vector<SignatureRule> incoming = RulesFromJson(Member(document, "rules").elements());
+    if (incoming.empty()) return false;
+    TakeRules(base.rules, std::move(incoming));
     if (version > 0) base.version = version;
     return true;
 }

@@ -11,6 +11,7 @@
 #include "cdr/responsiveness_win.h"
 #include "diagnosis/classify.h"
 #include "diagnosis/system_files_win.h"
+#include "tests/base/resources_win.h"
 #include "tests/cdr/practice_process_win.h"
 
 namespace {
@@ -62,16 +63,6 @@ bool ReachesTheStart(const CaptureResult& capture) {
 
 std::wstring ErrorOf(DWORD pid, DWORD threadId) {
     return CaptureMainThreadStack(pid, threadId).error;
-}
-
-// All values that are open in this process; the system's own count is not to be had everywhere.
-int OpenHandles() {
-    int open = 0;
-    for (std::uintptr_t value = 4; value < 0x8000; value += 4) {
-        DWORD flags = 0;
-        open += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) ? 1 : 0;
-    }
-    return open;
 }
 
 // A thread in another process, with nothing of its own to do.
