@@ -23,6 +23,18 @@ void forEach(const std::wstring& folder, const Visit& visit) {
     FindClose(search);
 }
 
+void removeTree(const std::wstring& folder) {
+    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
+        const std::wstring path = folder + L"\\" + name;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if (isFolder && !isLink(found.dwFileAttributes)) return removeTree(path);
+        SetFileAttributesW(LongPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (!isFolder || !RemoveDirectoryW(LongPath(path).c_str()))
+            DeleteFileW(LongPath(path).c_str());
+    });
+    RemoveDirectoryW(LongPath(folder).c_str());
+}
+
 void createFolders(const std::wstring& folder) {
     if (IsThere(folder)) return;
     createFolders(ParentFolder(folder));
@@ -40,10 +52,16 @@ std::string unixPath(const std::wstring& path) {
     return result;
 }
 
-// Runs a program of the system below, which nobody can wait for, until it has had its effect.
+// Runs a program of the system below until it has had its effect. Nobody can wait for it: it has no
+// handles, and what Wine leaves in their place must not be closed.
 template <typename Condition>
 bool runBelow(const std::string& command, const Condition& isDone) {
-    RunToEnd(L"Z:\\bin\\" + wideFromUtf8(command));
+    std::wstring commandLine = L"Z:\\bin\\" + wideFromUtf8(command);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION nothing{};
+    CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+                   nullptr, &startup, &nothing);
     for (int i = 0; i < 500 && !isDone(); ++i)
         Sleep(10);
     return isDone();
@@ -76,12 +94,10 @@ StagedFolder::StagedFolder(const std::wstring& below) {
 }
 
 StagedFolder::~StagedFolder() {
+    removeTree(path_);
+    if (!IsThere(path_)) return;
     // Under Wine no Windows call removes a link to a folder.
-    const std::string below = unixPath(path_);
-    if (below.empty())
-        RunToEnd(L"cmd.exe /c rd /s /q \"\\\\?\\" + path_ + L"\"");
-    else
-        runBelow("rm -rf \"" + below + "\"", [this] { return !IsThere(path_); });
+    runBelow("rm -rf \"" + unixPath(path_) + "\"", [this] { return !IsThere(path_); });
 }
 
 bool IsThere(const std::wstring& path) {
