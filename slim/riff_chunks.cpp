@@ -100,19 +100,18 @@ void Stripper::strip(std::size_t start, std::size_t end, int depth) {
         const std::size_t size = chunkSize(source_, p);
         if (size > end - p - kChunkHeaderSize) break;
         const std::uint32_t id = readU32(source_, p);
-        if (id != unwanted_ && isEnteredList(id, size, depth)) {
-            p = stripList(p, size, end, depth);
-            continue;
-        }
-        // A pad byte that is missing at the end of a list is no reason to stop.
-        const std::size_t next = std::min(p + kChunkHeaderSize + size + size % 2, end);
+        const std::size_t next = p + kChunkHeaderSize + size + size % 2;
         if (id == unwanted_) {
             ++removed_;
-            skipTo(next);
+            keepUpTo(p);
+            skipTo(std::min(next, end));
+            p = next;
+        } else if (isEnteredList(id, size, depth)) {
+            keepUpTo(p);
+            p = stripList(p, size, end, depth);
         } else {
-            keepUpTo(next);
+            p = next;
         }
-        p = next;
     }
     keepUpTo(end);
 }
