@@ -2,7 +2,7 @@
 # Measures what is meant to be fast beside general-purpose peers: installs them, builds, runs everything
 # natively and what has a peer there under Wine as well. docs/performance.md explains the figures.
 #
-#   scripts/bench.sh           takes about five minutes
+#   scripts/bench.sh           takes about ten minutes
 #   scripts/bench.sh FOLDER    slims the large document in this folder instead of in memory
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -58,3 +58,7 @@ for bench in inflate crc32; do
 done
 title "a whole document, under Wine, in $folder"
 run_document Z: "$MIRELO_WINE" "$windows/bench_document.exe"
+
+title "what a user feels, under Wine"
+scripts/build.sh windows
+/usr/bin/python3 bench/felt/felt.py
