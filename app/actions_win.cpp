@@ -19,10 +19,10 @@
 #include "cloud/submission.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
-#include "fixes/environment.h"
-#include "fixes/environment_scan_win.h"
 #include "fixes/fix_actions_win.h"
-#include "fixes/printer_win.h"
+#include "fixes/health/environment.h"
+#include "fixes/health/environment_scan_win.h"
+#include "fixes/health/printer_win.h"
 #include "slim/slim_action_win.h"
 
 namespace {
@@ -32,48 +32,48 @@ const CdrInstance* selected(const MainWindow& window) {
 }
 
 void checkEnvironment(MainWindow& window) {
-    OnEnvironmentCheck(window.shell, RunEnvironmentCheck);
+    OnEnvironmentCheck(window.host, RunEnvironmentCheck);
 }
 
 void captureNow(MainWindow& window) {
     const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
-    OnCaptureNow(window.shell, selected(window), window.rules, sensors, window.lastCapture);
+    OnCaptureNow(window.host, selected(window), window.rules, sensors, window.lastCapture);
 }
 
 void showDashboard(MainWindow& window) {
-    OnDashboard(window.shell, selected(window), ReadMetrics);
+    OnDashboard(window.host, selected(window), ReadMetrics);
 }
 
 void switchPrinter(MainWindow& window) {
-    OnTempPrinter(window.shell, window.printerSwitch, SystemPrinters());
+    OnTempPrinter(window.host, window.printerSwitch, SystemPrinters());
 }
 
 void cleanUp(MainWindow& window) {
-    OnCleanup(window.shell);
+    OnCleanup(window.host);
 }
 
 void restoreBackup(MainWindow& window) {
-    OnRestore(window.shell);
+    OnRestore(window.host);
 }
 
 void optimizeSettings(MainWindow& window) {
-    OnOptimizeSettings(window.shell);
+    OnOptimizeSettings(window.host);
 }
 
 void slimFiles(MainWindow& window) {
-    onSlimFiles(window.hwnd, window.shell);
+    onSlimFiles(window.hwnd, window.host);
 }
 
 void updateSignatures(MainWindow& window) {
-    OnUpdateSignatures(window.shell, window.rules, window.cloud);
+    OnUpdateSignatures(window.host, window.rules, window.cloud);
 }
 
 void submitCapture(MainWindow& window) {
-    OnSubmit(window.shell, window.lastCapture, window.cloud);
+    OnSubmit(window.host, window.lastCapture, window.cloud);
 }
 
 void toggleNetwork(MainWindow& window) {
-    OnToggleNetwork(window.shell, window.cloud);
+    OnToggleNetwork(window.host, window.cloud);
 }
 
 void copy(MainWindow& window) {

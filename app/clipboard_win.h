@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 
 /// Puts text on the clipboard in the name of a window. A clipboard that another program holds is
 /// left alone without a word; when memory runs out it stays empty.

@@ -6,13 +6,13 @@
 
 #include "app/language.h"
 #include "app/strings.h"
-#include "base/handle_win.h"
-#include "base/tool_folder_win.h"
+#include "base/files/tool_folder_win.h"
+#include "base/files/whole_file_win.h"
 
 namespace {
 
-// Far beyond what the file ever holds; the rest of a larger file is not read.
-constexpr DWORD kLongestConfig = 4096;
+// Far beyond what the file ever holds; a larger one is not ours.
+constexpr SizeRange kConfigSizes = {0, 0x10000};
 
 std::wstring configPath() {
     const std::wstring folder = toolFolder();
@@ -20,14 +20,8 @@ std::wstring configPath() {
 }
 
 std::string readConfig() {
-    const FileHandle file(CreateFileW(configPath().c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) return {};
-    std::string text(kLongestConfig, '\0');
-    DWORD length = 0;
-    if (!ReadFile(file.get(), text.data(), kLongestConfig, &length, nullptr)) return {};
-    text.resize(length);
+    std::string text;
+    readWholeFile(configPath(), kConfigSizes, text);
     return text;
 }
 
@@ -41,10 +35,5 @@ void initLanguage() {
 void saveLanguage() {
     const std::wstring path = configPath();
     CreateDirectoryW(path.substr(0, path.find_last_of(L'\\')).c_str(), nullptr);
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) return;
-    const std::string text = configOfLanguage(currentLanguage());
-    DWORD written = 0;
-    WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    replaceWholeFile(path, configOfLanguage(currentLanguage()));
 }

@@ -14,7 +14,7 @@
 #include "base/text.h"
 #include "cloud/services_win.h"
 #include "cloud/signatures.h"
-#include "fixes/printer_win.h"
+#include "fixes/health/printer_win.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ void readClientSize(MainWindow& window) {
     setClientSize(window, client.right, client.bottom);
 }
 
-Shell shellOf(MainWindow& window) {
+ActionHost hostOf(MainWindow& window) {
     return {
         [&window](std::wstring text) { appendLine(window.state.log, std::move(text)); },
         // A box without an owner outlives a window that is closed meanwhile: its Yes comes too
@@ -93,10 +93,10 @@ void loadSignatures(MainWindow& window) {
     LoadBuiltInRules(window.rules);
     const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
     window.signatureStatus = signatureLabel(load.status);
-    window.shell.appendLog(
+    window.host.appendLog(
         L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
-    window.shell.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
-                           decimalUnsigned(load.ruleCount) + L" rules)");
+    window.host.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
+                          decimalUnsigned(load.ruleCount) + L" rules)");
 }
 
 // Nobody waits for the download: it touches nothing of the window's, and its message is lost when
@@ -115,8 +115,8 @@ void startBackgroundUpdate(MainWindow& window) {
 void onSignaturesUpdated(MainWindow& window) {
     const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
     if (load.ruleCount > 0) {
-        window.shell.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
-                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
+        window.host.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
+                              L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
     }
     invalidate(window);
 }
@@ -127,7 +127,7 @@ void onCreate(MainWindow& window) {
     window.renderer.createFormats();
     window.renderer.createTarget(window.hwnd, window.dpi);
     readClientSize(window);
-    window.shell = shellOf(window);
+    window.host = hostOf(window);
     window.cloud = SystemCloudServices();
     loadSignatures(window);
     startBackgroundUpdate(window);
@@ -241,7 +241,7 @@ void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
 void onKeyDown(MainWindow& window, WPARAM key) {
     if (GetKeyState(VK_CONTROL) >= 0) return;
     if (key == 'A') {
-        selectAllLines(window.state.log);
+        selectAll(window.state.log);
         invalidate(window);
     } else if (key == 'C') {
         runAction(window, kCopyAction);

@@ -7,12 +7,12 @@
 
 #include "app/render_win.h"
 #include "app/window_state.h"
+#include "base/action_host.h"
 #include "base/handle_win.h"
-#include "base/shell.h"
 #include "cloud/services.h"
 #include "diagnosis/capture_action.h"
 #include "diagnosis/rules.h"
-#include "fixes/printer_switch.h"
+#include "fixes/health/printer_switch.h"
 
 /// Posted by the start-up download when it has stored newer signatures.
 inline constexpr UINT kSignaturesUpdated = WM_APP + 1;
@@ -34,7 +34,7 @@ struct MainWindow {
     /// Set once the window has been painted; null when nothing waits for that.
     std::shared_ptr<KernelHandle> painted;
     /// What the handlers see of this window.
-    Shell shell;
+    ActionHost host;
     Renderer renderer;
     /// An action runs; its message boxes have no owner, so clicks still arrive meanwhile.
     bool actionRunning = false;

@@ -45,7 +45,7 @@ void clearLines(ReportLog& log) {
     log.scrollBack = 0;
 }
 
-void selectAllLines(ReportLog& log) {
+void selectAll(ReportLog& log) {
     selectLines(log, 0, log.lineCount() - 1);
 }
 

@@ -36,7 +36,7 @@ struct ReportLog {
 void appendLine(ReportLog& log, std::wstring text);
 
 void clearLines(ReportLog& log);
-void selectAllLines(ReportLog& log);
+void selectAll(ReportLog& log);
 
 /// Selects the line under a height in the panel, or nothing where there is no line.
 void selectLineAt(ReportLog& log, float y, const MeasureText& measure);

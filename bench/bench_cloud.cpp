@@ -4,7 +4,7 @@
 #include <string>
 
 #include "bench/rounds.h"
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 #include "diagnosis/match.h"
 #include "diagnosis/rules.h"
 

@@ -2,7 +2,7 @@
 // entries of documents hold.
 #pragma once
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 /// Nested lists of chunks: pointer leaves of 16 bytes, and objects with outlines of 32-bit
 /// coordinates.

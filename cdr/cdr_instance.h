@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 
 /// A snapshot: it is not updated when the process exits.
 struct CdrInstance {

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "cdr/cdr_instance.h"
 #include "cdr/metrics.h"
 
@@ -11,4 +11,4 @@
 using MetricsReader = std::function<CdrMetrics(std::uint32_t pid, WindowHandle mainWindow)>;
 
 /// Reports the health of the selected instance, null for none, in one line.
-void OnDashboard(const Shell& shell, const CdrInstance* selected, const MetricsReader& read);
+void OnDashboard(const ActionHost& host, const CdrInstance* selected, const MetricsReader& read);

@@ -15,7 +15,7 @@ constexpr const wchar_t* kLevelTexts[] = {
 
 }  // namespace
 
-int HandleLevel(std::uint32_t gdiHandles) {
+int GdiHandleLevel(std::uint32_t gdiHandles) {
     if (gdiHandles > kCriticalHandles) return 2;
     return gdiHandles > kManyHandles ? 1 : 0;
 }
@@ -24,7 +24,7 @@ std::wstring MetricsLine(const CdrMetrics& metrics) {
     // A hang stands out in capitals.
     const wchar_t* responsive = metrics.responsive ? L"yes" : L"NO";
     return L"[Dashboard] GDI handles: " + decimalUnsigned(metrics.gdiHandles) + L" (" +
-           kLevelTexts[HandleLevel(metrics.gdiHandles)] + L")  Working set: " +
+           kLevelTexts[GdiHandleLevel(metrics.gdiHandles)] + L")  Working set: " +
            decimalUnsigned(metrics.workingSetMB) + L" MB  Private: " +
            decimalUnsigned(metrics.privateMB) + L" MB  Responsive: " + responsive;
 }

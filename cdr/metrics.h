@@ -18,7 +18,7 @@ struct CdrMetrics {
 };
 
 /// 0 = fine, 1 = near the system's default limit of 10000 handles, 2 = about to crash.
-int HandleLevel(std::uint32_t gdiHandles);
+int GdiHandleLevel(std::uint32_t gdiHandles);
 
 /// The whole report line of a reading.
 std::wstring MetricsLine(const CdrMetrics& metrics);

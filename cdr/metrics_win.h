@@ -1,7 +1,7 @@
 // The sensor of the dashboard.
 #pragma once
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "cdr/metrics.h"
 
 /// Reads a running process and probes its main window, for which a hung one costs 1.5 s. Only a

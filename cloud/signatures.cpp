@@ -1,7 +1,7 @@
 #include "cloud/signatures.h"
 
 #include "base/text.h"
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 
 namespace {
 
@@ -38,15 +38,15 @@ std::wstring ManualUpdate(SignatureRuleBase& base, const CloudServices& services
            decimalUnsigned(base.rules.size()) + L" rules)";
 }
 
-void OnUpdateSignatures(const Shell& shell, SignatureRuleBase& base,
+void OnUpdateSignatures(const ActionHost& host, SignatureRuleBase& base,
                         const CloudServices& services) {
-    shell.appendLog(L"[Cloud] Updating signatures...");
-    shell.appendLog(L"[Cloud] " + ManualUpdate(base, services));
+    host.appendLog(L"[Cloud] Updating signatures...");
+    host.appendLog(L"[Cloud] " + ManualUpdate(base, services));
 }
 
-void OnToggleNetwork(const Shell& shell, const CloudServices& services) {
+void OnToggleNetwork(const ActionHost& host, const CloudServices& services) {
     const bool wasEnabled = services.isNetworkEnabled();
     services.setNetworkEnabled(!wasEnabled);
-    shell.appendLog(std::wstring(L"[Cloud] Network ") + (wasEnabled ? L"disabled" : L"enabled") +
-                    L". Signature updates and submissions stop; local features are unaffected.");
+    host.appendLog(std::wstring(L"[Cloud] Network ") + (wasEnabled ? L"disabled" : L"enabled") +
+                   L". Signature updates and submissions stop; local features are unaffected.");
 }

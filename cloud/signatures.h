@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "cloud/services.h"
 #include "diagnosis/rules.h"
 
@@ -32,7 +32,8 @@ bool BackgroundUpdate(const CloudServices& services);
 std::wstring ManualUpdate(SignatureRuleBase& base, const CloudServices& services);
 
 /// The action around `ManualUpdate`.
-void OnUpdateSignatures(const Shell& shell, SignatureRuleBase& base, const CloudServices& services);
+void OnUpdateSignatures(const ActionHost& host, SignatureRuleBase& base,
+                        const CloudServices& services);
 
 /// Turns the network switch over and says so.
-void OnToggleNetwork(const Shell& shell, const CloudServices& services);
+void OnToggleNetwork(const ActionHost& host, const CloudServices& services);

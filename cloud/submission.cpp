@@ -32,18 +32,18 @@ std::wstring SubmitLastCapture(const LastCapture& capture, const CloudServices& 
            L" frame signatures, thanks!";
 }
 
-void OnSubmit(const Shell& shell, const LastCapture& capture, const CloudServices& services) {
+void OnSubmit(const ActionHost& host, const LastCapture& capture, const CloudServices& services) {
     if (capture.frames.empty()) {
-        shell.appendLog(
+        host.appendLog(
             L"[Submit] No capture data yet. Use 'Capture Now' first; submit when no signature "
             L"matched.");
         return;
     }
-    const bool consents = shell.confirm(
+    const bool consents = host.confirm(
         L"Upload the captured stack features anonymously?\n"
         L"(Module/function names and CDR version only - no file paths, no document content.)\n\n"
         L"Continue?",
         L"Anonymous Submission", ConfirmStyle::question);
     if (!consents) return;
-    shell.appendLog(L"[Submit] " + SubmitLastCapture(capture, services));
+    host.appendLog(L"[Submit] " + SubmitLastCapture(capture, services));
 }

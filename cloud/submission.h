@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "cloud/services.h"
 #include "diagnosis/capture_action.h"
 
@@ -18,4 +18,4 @@ std::string SubmissionBody(const LastCapture& capture);
 std::wstring SubmitLastCapture(const LastCapture& capture, const CloudServices& services);
 
 /// The action around `SubmitLastCapture`: needs a capture, and the user's consent.
-void OnSubmit(const Shell& shell, const LastCapture& capture, const CloudServices& services);
+void OnSubmit(const ActionHost& host, const LastCapture& capture, const CloudServices& services);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "cdr/cdr_instance.h"
 #include "diagnosis/classify.h"
 #include "diagnosis/rules.h"
@@ -29,5 +29,5 @@ struct CaptureSensors {
 
 /// Captures and explains a hang of `selected` (null: none selected) and writes the report. `last`
 /// is replaced by a successful capture only. Blocks for the probe's 800 ms and the capture.
-void OnCaptureNow(const Shell& shell, const CdrInstance* selected, const SignatureRuleBase& rules,
-                  const CaptureSensors& sensors, LastCapture& last);
+void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
+                  const SignatureRuleBase& rules, const CaptureSensors& sensors, LastCapture& last);

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 
 namespace {
 

@@ -4,13 +4,14 @@
 
 #include <shlobj.h>
 
+#include "base/files/file_system_win.h"
+#include "base/files/tool_folder_win.h"
 #include "base/handle_win.h"
 #include "base/process_win.h"
 #include "base/text.h"
-#include "fixes/file_system_win.h"
-#include "fixes/registry_win.h"
-#include "fixes/restore.h"
-#include "fixes/settings_change.h"
+#include "fixes/cleanup/restore.h"
+#include "fixes/settings/registry_win.h"
+#include "fixes/settings/settings_change.h"
 
 namespace {
 
@@ -18,9 +19,9 @@ namespace {
 // themselves spell them, and the folder for temporary files often comes in its short form.
 std::wstring tidied(std::wstring path) {
     const DWORD needed = GetLongPathNameW(path.c_str(), nullptr, 0);
-    std::wstring longPath(needed, L'\0');
-    const DWORD length = needed == 0 ? 0 : GetLongPathNameW(path.c_str(), longPath.data(), needed);
-    if (length > 0 && length < needed) path = longPath.substr(0, length);
+    std::wstring full(needed, L'\0');
+    const DWORD length = needed == 0 ? 0 : GetLongPathNameW(path.c_str(), full.data(), needed);
+    if (length > 0 && length < needed) path = full.substr(0, length);
     while (!path.empty() && path.back() == L'\\')
         path.pop_back();
     return path;
@@ -42,7 +43,7 @@ FileTicks joined(const FILETIME& time) {
     return (static_cast<FileTicks>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }
 
-BackupWorld::Now readClock() {
+BackupContext::Now readClock() {
     FILETIME utc{};
     GetSystemTimeAsFileTime(&utc);
     SYSTEMTIME utcTime{}, localTime{};
@@ -59,9 +60,8 @@ struct UserFolders {
                           tempFolder()};
     WindowsFileSystem files{{roots.begin(), roots.end()}};
 
-    BackupWorld world() {
-        const std::wstring tool = roots[0].empty() ? L"" : roots[0] + L"\\Mirelo";
-        return {files, roots, tool, IsCorelRunning, readClock};
+    BackupContext context() {
+        return {files, roots, tidied(toolFolder()), IsCorelRunning, readClock};
     }
 };
 
@@ -79,10 +79,10 @@ class BackupsLock {
     BackupsLock(const BackupsLock&) = delete;
     BackupsLock& operator=(const BackupsLock&) = delete;
 
-    [[nodiscard]] bool isHeld(const Shell& shell, const wchar_t* prefix) const {
+    [[nodiscard]] bool isHeld(const ActionHost& host, const wchar_t* prefix) const {
         if (!isHeld_)
-            shell.appendLog(prefix + std::wstring(L" Another Mirelo is at work on the backups. "
-                                                  L"Try again when it has finished."));
+            host.appendLog(prefix + std::wstring(L" Another Mirelo is at work on the backups. "
+                                                 L"Try again when it has finished."));
         return isHeld_;
     }
 
@@ -97,24 +97,24 @@ bool IsCorelRunning() {
     return !processesNamed(L"CorelDRW.exe").empty();
 }
 
-void OnCleanup(const Shell& shell) {
+void OnCleanup(const ActionHost& host) {
     const BackupsLock lock;
-    if (!lock.isHeld(shell, L"[Cleanup]")) return;
+    if (!lock.isHeld(host, L"[Cleanup]")) return;
     UserFolders user;
-    OnCleanup(shell, user.world());
+    OnCleanup(host, user.context());
 }
 
-void OnRestore(const Shell& shell) {
+void OnRestore(const ActionHost& host) {
     const BackupsLock lock;
-    if (!lock.isHeld(shell, L"[Restore]")) return;
+    if (!lock.isHeld(host, L"[Restore]")) return;
     UserFolders user;
-    OnRestore(shell, user.world());
+    OnRestore(host, user.context());
 }
 
-void OnOptimizeSettings(const Shell& shell) {
+void OnOptimizeSettings(const ActionHost& host) {
     const BackupsLock lock;
-    if (!lock.isHeld(shell, L"[Settings]")) return;
+    if (!lock.isHeld(host, L"[Settings]")) return;
     UserFolders user;
     WindowsRegistry registry;
-    OnOptimizeSettings(shell, SettingsWorld{registry, user.world()});
+    OnOptimizeSettings(host, SettingsContext{registry, user.context()});
 }

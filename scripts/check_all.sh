@@ -25,6 +25,9 @@ for corpus in fuzz/*/corpus/*; do
         >"build/fuzz/$name.log" 2>&1 || { tail -n 40 "build/fuzz/$name.log"; exit 1; }
 done
 
+echo "-- every planted fault"
+scripts/check_faults.sh
+
 echo "-- a whole day in one process"
 MIRELO_ENDURANCE=100 ./test.sh '^endurance$'
 

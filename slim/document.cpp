@@ -66,7 +66,7 @@ bool startsWithRiff(ByteView bytes) {
 
 DocumentAnalysis unrecognised(const wchar_t* error) {
     DocumentAnalysis analysis;
-    setText(analysis.error, error);
+    setFailureText(analysis.error, error);
     return analysis;
 }
 
@@ -88,21 +88,22 @@ ByteView findDrawing(ZipArchive& archive, StructureCheck& check, Bytes& riffScra
 // One remark only: the one on the metadata, if there are two.
 void setNote(StructureCheck& check) {
     if (!check.metadataFound) {
-        setText(check.note, L"metadata.xml not found");
+        setFailureText(check.note, L"metadata.xml not found");
     } else if (!check.rootDatFound) {
-        setText(check.note, L"No separate root.dat (RIFF data lives inside riffData.cdr)");
+        setFailureText(check.note, L"No separate root.dat (RIFF data lives inside riffData.cdr)");
     }
 }
 
 void checkStream(ByteView stream, StructureCheck& check) {
     check.riffHeaderValid = isRiffStream(stream);
-    if (!check.riffHeaderValid) return setText(check.detail, L"Invalid RIFF header");
+    if (!check.riffHeaderValid) return setFailureText(check.detail, L"Invalid RIFF header");
     const std::size_t expected = stream.size() - 8;
     const std::size_t stated = readU32(stream, 4);
     check.riffSizeOk = stated <= expected;
-    if (!check.riffSizeOk) return setText(check.detail, L"RIFF size field abnormal");
+    if (!check.riffSizeOk) return setFailureText(check.detail, L"RIFF size field abnormal");
     check.verified = true;
-    setText(check.detail, stated == expected ? L"Verified" : L"Verified (RIFF tail has padding)");
+    setFailureText(check.detail,
+                   stated == expected ? L"Verified" : L"Verified (RIFF tail has padding)");
 }
 
 }  // namespace
@@ -139,11 +140,11 @@ StructureCheck checkStructure(ByteView archiveBytes) {
     if (check.zipOk) stream = findDrawing(archive, check, riffScratch, rootScratch);
     if (archive.outOfMemory()) {
         check = {};
-        setText(check.detail, L"not enough memory");
+        setFailureText(check.detail, L"not enough memory");
     } else if (!check.zipOk) {
-        setText(check.detail, L"ZIP structure damaged");
+        setFailureText(check.detail, L"ZIP structure damaged");
     } else if (!check.riffDataFound) {
-        setText(check.detail, L"riffData.cdr not found");
+        setFailureText(check.detail, L"riffData.cdr not found");
     } else {
         setNote(check);
         checkStream(stream, check);

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 #include "slim/slim_files.h"
 
 /// Names of the palette and folders of the previews, in the order in which they are tried.

@@ -5,7 +5,7 @@
 #include <string>
 
 /// Sets a text without throwing; it stays empty when there is no memory for it either.
-inline void setText(std::wstring& text, const wchar_t* value) noexcept {
+inline void setFailureText(std::wstring& text, const wchar_t* value) noexcept {
     text.clear();
     try {
         text = value;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 /// The number of "<color " elements. The blank keeps "<colors>" out.
 std::uint32_t countColorStyles(ByteView xml);

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 inline constexpr std::size_t kRiffHeaderSize = 12;
 

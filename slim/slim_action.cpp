@@ -80,31 +80,31 @@ std::wstring slimmedLine(std::wstring_view name, const SlimOutcome& outcome) {
                             decimal(outcome.previewsRemoved) + L" removed)");
 }
 
-void slimOne(const std::wstring& path, Counters& counters, const Shell& shell,
+void slimOne(const std::wstring& path, Counters& counters, const ActionHost& host,
              const SlimFiles& files) {
     const std::wstring_view name = displayName(path);
     const std::wstring start = L"[Slim] " + std::wstring(name);
     const DocumentAnalysis analysis = analyseDocument(path, files);
     if (!analysis.recognised || analysis.legacy) {
         ++counters.failedOrSkipped;
-        shell.appendLog(start + L": " +
-                        (analysis.recognised
-                             ? L"old format (riffData, X5-). Skipped - save as X6+ first."
-                             : analysis.error));
+        host.appendLog(start + L": " +
+                       (analysis.recognised
+                            ? L"old format (riffData, X5-). Skipped - save as X6+ first."
+                            : analysis.error));
         return;
     }
-    shell.appendLog(checkLine(name, analysis));
+    host.appendLog(checkLine(name, analysis));
 
     const SlimOutcome outcome = slimDocument(path, SlimOptions(), files);
     if (!outcome.ok) {
         ++counters.failedOrSkipped;
-        shell.appendLog(start + L" failed: " + outcome.message);
+        host.appendLog(start + L" failed: " + outcome.message);
     } else if (outcome.alreadyClean) {
         ++counters.alreadyClean;
-        shell.appendLog(start + L": already clean, nothing to do.");
+        host.appendLog(start + L": already clean, nothing to do.");
     } else {
         ++counters.succeeded;
-        shell.appendLog(slimmedLine(name, outcome));
+        host.appendLog(slimmedLine(name, outcome));
     }
 }
 
@@ -133,17 +133,17 @@ std::wstring dialogErrorLine(std::uint32_t code) {
     return L"[Slim] The file dialog failed (code " + decimal(code) + L").";
 }
 
-void slimSelection(std::span<const wchar_t> dialogBuffer, const Shell& shell,
+void slimSelection(std::span<const wchar_t> dialogBuffer, const ActionHost& host,
                    const SlimFiles& files) {
-    if (!shell.confirm(kQuestion, kCaption, ConfirmStyle::question)) return;
+    if (!host.confirm(kQuestion, kCaption, ConfirmStyle::question)) return;
     Counters counters;
     for (const std::wstring& path : selectedPaths(dialogBuffer))
-        slimOne(path, counters, shell, files);
-    shell.appendLog(L"[Slim] Done: succeeded " + decimal(counters.succeeded) +
-                    L" / already clean " + decimal(counters.alreadyClean) +
-                    L" / failed or skipped " + decimal(counters.failedOrSkipped) +
-                    L". Backups are .mirelobak files next to originals.");
-    shell.appendLog(
+        slimOne(path, counters, host, files);
+    host.appendLog(L"[Slim] Done: succeeded " + decimal(counters.succeeded) + L" / already clean " +
+                   decimal(counters.alreadyClean) + L" / failed or skipped " +
+                   decimal(counters.failedOrSkipped) +
+                   L". Backups are .mirelobak files next to originals.");
+    host.appendLog(
         L"  Tip: open one slimmed file in CDR to confirm it is fine before batch processing. "
         L"Slimmed files are safe to share.");
 }

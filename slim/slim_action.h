@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/shell.h"
+#include "base/action_host.h"
 #include "slim/slim_files.h"
 
 /// The paths in the buffer of a multiple-selection file dialog: one full path, or a folder and the
@@ -19,5 +19,5 @@ std::wstring dialogErrorLine(std::uint32_t code);
 
 /// Asks for confirmation and slims the files that the dialog returned, one after the other. Every
 /// outcome goes to the report log.
-void slimSelection(std::span<const wchar_t> dialogBuffer, const Shell& shell,
+void slimSelection(std::span<const wchar_t> dialogBuffer, const ActionHost& host,
                    const SlimFiles& files);

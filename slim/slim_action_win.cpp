@@ -56,10 +56,10 @@ std::optional<DWORD> showOpenDialog(HWND owner, std::wstring& buffer) {
 
 }  // namespace
 
-void onSlimFiles(WindowHandle owner, const Shell& shell) {
+void onSlimFiles(WindowHandle owner, const ActionHost& host) {
     std::wstring buffer(kAllocated, L'\0');
     const std::optional<DWORD> error = showOpenDialog(static_cast<HWND>(owner), buffer);
-    if (!error) return slimSelection(buffer, shell, realSlimFiles());
+    if (!error) return slimSelection(buffer, host, realSlimFiles());
     const std::wstring line = dialogErrorLine(*error);
-    if (!line.empty()) shell.appendLog(line);
+    if (!line.empty()) host.appendLog(line);
 }

@@ -40,7 +40,7 @@ struct Slimming {
     const wchar_t* outOfMemory = L"Cannot read file";
 
     bool fail(const wchar_t* message) {
-        setText(outcome.message, message);
+        setFailureText(outcome.message, message);
         return false;
     }
 };

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 /// All members are always set. Paths are absolute or relative as the system takes them, of any
 /// length. None throws; a failure is an empty result or false.

@@ -1,24 +1,12 @@
 #include "slim/slim_files_win.h"
 
+#include "base/files/long_path_win.h"
+#include "base/files/whole_file_win.h"
 #include "base/handle_win.h"
-#include "slim/long_path.h"
 
 namespace {
 
-constexpr LONGLONG kLargestFile = 0x80000000;
-// Folders have the shorter limit of MAX_PATH less a file name in the 8.3 form.
-constexpr std::size_t kLongestPlainPath = MAX_PATH - 12;
-
-// The path as the file functions take it at any length.
-std::wstring filePath(const std::wstring& path) {
-    if (path.size() < kLongestPlainPath) return path;
-    std::wstring full(path.size() + MAX_PATH, L'\0');
-    const DWORD length =
-        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (length == 0 || length >= full.size()) return path;
-    full.resize(length);
-    return extendedPath(full);
-}
+constexpr SizeRange kSizes = {1, 0x80000000};
 
 FileHandle openFile(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
     return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, disposition,
@@ -49,9 +37,9 @@ void discard(const std::wstring& path) {
 }
 
 bool copyToDisk(const std::wstring& from, const std::wstring& to) try {
-    const std::wstring target = filePath(to);
+    const std::wstring target = longPath(to);
     if (GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
-    if (!CopyFileW(filePath(from).c_str(), target.c_str(), TRUE)) {
+    if (!CopyFileW(longPath(from).c_str(), target.c_str(), TRUE)) {
         if (GetLastError() != ERROR_FILE_EXISTS) discard(target);
         return false;
     }
@@ -66,7 +54,7 @@ bool copyToDisk(const std::wstring& from, const std::wstring& to) try {
 // attributes and streams.
 bool writeWholeFile(const std::wstring& path, ByteView contents) try {
     if (contents.size() > MAXDWORD) return false;
-    const FileHandle file = openFile(filePath(path), GENERIC_WRITE, 0, OPEN_ALWAYS);
+    const FileHandle file = openFile(longPath(path), GENERIC_WRITE, 0, OPEN_ALWAYS);
     if (!file) return false;
     const auto size = static_cast<DWORD>(contents.size());
     DWORD written = 0;
@@ -87,24 +75,10 @@ std::wstring localTimestamp() {
 
 }  // namespace
 
-bool readWholeFile(const std::wstring& path, Bytes& contents) try {
-    contents.clear();
-    const FileHandle file = openFile(filePath(path), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
-    LARGE_INTEGER size;
-    if (!file || !GetFileSizeEx(file.get(), &size)) return false;
-    if (size.QuadPart < 1 || size.QuadPart > kLargestFile) return false;
-    contents.resize(static_cast<std::size_t>(size.QuadPart));
-    DWORD read = 0;
-    if (ReadFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &read,
-                 nullptr) &&
-        read == contents.size())
-        return true;
-    contents.clear();
-    return false;
-} catch (const std::bad_alloc&) {
-    return false;
+bool readDocument(const std::wstring& path, Bytes& contents) {
+    return readWholeFile(path, kSizes, contents).isDone();
 }
 
 SlimFiles realSlimFiles() {
-    return {readWholeFile, copyToDisk, writeWholeFile, localTimestamp};
+    return {readDocument, copyToDisk, writeWholeFile, localTimestamp};
 }

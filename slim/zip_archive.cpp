@@ -159,7 +159,7 @@ OpenResult ZipArchive::parse() {
     } catch (const std::bad_alloc&) {
         outOfMemory_ = true;
     }
-    if (!result.ok) setText(result.error, L"ZIP structure parsing failed");
+    if (!result.ok) setFailureText(result.error, L"ZIP structure parsing failed");
     result.entryCount = static_cast<std::uint32_t>(entries_.size());
     loaded_ = result.ok;
     return result;

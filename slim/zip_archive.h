@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 /// One entry as the central directory tells it.
 struct ZipEntry {

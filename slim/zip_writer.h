@@ -1,7 +1,7 @@
 // Writes an edited archive back as a file image.
 #pragma once
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 #include "slim/zip_archive.h"
 
 /// The archive's entries without the deleted ones, as a plain single-disk archive: minimal headers,

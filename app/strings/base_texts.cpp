@@ -261,7 +261,7 @@ constexpr bool isComplete(const BaseText& record, std::string_view key) {
     for (int language = 0; language < kLanguageCount; ++language) {
         const wchar_t* text = record.text[language];
         const bool isBase = language == kSimplifiedChinese || language == kEnglish;
-        if (isBase ? !isShapely(text) : text != nullptr) return false;
+        if (isBase ? !isShowable(text) : text != nullptr) return false;
     }
     return true;
 }

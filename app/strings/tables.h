@@ -41,7 +41,7 @@ struct PackText {
 };
 
 /// True when a text can be shown as it stands: not empty, no blank at either end.
-constexpr bool isShapely(const wchar_t* text) {
+constexpr bool isShowable(const wchar_t* text) {
     if (text == nullptr || *text == L'\0') return false;
     const std::wstring_view view(text);
     const auto isBlank = [](wchar_t c) {
@@ -50,14 +50,14 @@ constexpr bool isShapely(const wchar_t* text) {
     return !isBlank(view.front()) && !isBlank(view.back());
 }
 
-/// True when a pack holds every key once, in table order, for one language, each with a shapely
-/// text.
+/// True when a pack holds every key once, in table order, for one language, each with a
+/// text that can be shown.
 template <std::size_t N>
 constexpr bool isCompletePack(const PackText (&pack)[N], std::int32_t language) {
     if (N != kStringKeys.size()) return false;
     for (std::size_t i = 0; i < N; ++i) {
         if (pack[i].language != language || kStringKeys[i] != pack[i].key) return false;
-        if (!isShapely(pack[i].text)) return false;
+        if (!isShowable(pack[i].text)) return false;
     }
     return true;
 }

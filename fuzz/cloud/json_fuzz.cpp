@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 #include "fuzz/require.h"
 #include "tests/cloud/json_text.h"
 

@@ -47,7 +47,7 @@ void CheckMatch(const SignatureRuleBase& base, const SignatureRule& rule) {
 void DrawCapture(const SignatureRuleBase& base, const SignatureRule& rule) {
     ReportLog log;
     log.panel = {0, 0, 400, 300};
-    const Shell shell{[&](std::wstring text) { appendLine(log, std::move(text)); }, {}, {}};
+    const ActionHost host{[&](std::wstring text) { appendLine(log, std::move(text)); }, {}, {}};
     const CaptureSensors sensors{[](WindowHandle, unsigned) { return false; },
                                  [&](std::uint32_t, std::uint32_t) {
                                      return CaptureResult{true, {}, {FrameFor(rule)}};
@@ -55,7 +55,7 @@ void DrawCapture(const SignatureRuleBase& base, const SignatureRule& rule) {
                                  kNoSystemFiles};
     const CdrInstance instance;
     LastCapture last;
-    OnCaptureNow(shell, &instance, base, sensors, last);
+    OnCaptureNow(host, &instance, base, sensors, last);
 
     const MeasureText measure = [](const std::wstring& text, TextStyle, float maxWidthDip) {
         return TextSize{maxWidthDip, 17.0F * (1.0F + static_cast<float>(text.size() / 40))};

@@ -12,9 +12,9 @@
 #include "cloud/settings_win.h"
 #include "slim/slim_action.h"
 #include "slim/slim_files_win.h"
+#include "tests/base/files/staged_folder_win.h"
 #include "tests/base/resources_win.h"
 #include "tests/cdr/practice_process_win.h"
-#include "tests/fixes/staged_folder_win.h"
 #include "tests/slim/document_builder.h"
 
 namespace {
@@ -45,7 +45,7 @@ class Day {
         SetNetworkEnabled(false);
         createMainWindow(GetModuleHandleW(nullptr), window_);
         SetNetworkEnabled(wasEnabled);
-        window_.shell.confirm = [](const std::wstring&, const std::wstring&, ConfirmStyle) {
+        window_.host.confirm = [](const std::wstring&, const std::wstring&, ConfirmStyle) {
             return true;
         };
     }
@@ -75,7 +75,7 @@ class Day {
 
     void linesWithScrolling(int times) {
         for (int i = 0; i < times; ++i) {
-            window_.shell.appendLog(std::to_wstring(i) + std::wstring(300, L'w') + L" end");
+            window_.host.appendLog(std::to_wstring(i) + std::wstring(300, L'w') + L" end");
             wheel(i % 2 == 0 ? 10 : -10);
             if (i % kPainted == 0) paint();
         }
@@ -88,9 +88,9 @@ class Day {
             const std::wstring path = folder.path() + L"\\plan.cdr";
             ASSERT_TRUE(realSlimFiles().writeWhole(path, document));
             const std::wstring answer = path + std::wstring(2, L'\0');
-            slimSelection(answer, window_.shell, realSlimFiles());
+            slimSelection(answer, window_.host, realSlimFiles());
             Bytes slimmed;
-            ASSERT_TRUE(readWholeFile(path, slimmed) && slimmed.size() < document.size());
+            ASSERT_TRUE(readDocument(path, slimmed) && slimmed.size() < document.size());
         }
         paint();
     }

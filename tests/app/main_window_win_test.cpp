@@ -70,7 +70,7 @@ TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
     for (const std::wstring& text :
          {std::wstring(L"a\0b", 3), std::wstring(L"line\nbreak\r\n\ttab\u202Eto the left\u2069"),
           std::wstring(1, static_cast<wchar_t>(0xD83D)), std::wstring(100000, L'W')}) {
-        window_.shell.appendLog(text);
+        window_.host.appendLog(text);
         paint();
     }
     runAction(window_, kCopyAction);

@@ -128,7 +128,7 @@ TEST(ReportLog, FindsTheLineUnderAPoint) {
 
 TEST(ReportLog, CopiesTheSelectionOrEverything) {
     ReportLog log;
-    selectAllLines(log);
+    selectAll(log);
     EXPECT_EQ(linesToCopy(log).count(), 0);
     appendLine(log, L"a");
     EXPECT_EQ(joinedLines(log, linesToCopy(log)), L"a\r\n");

@@ -6,9 +6,9 @@ namespace {
 
 std::wstring reportOf(const CdrInstance* selected, const CdrMetrics& metrics) {
     std::wstring report;
-    Shell shell;
-    shell.appendLog = [&](const std::wstring& line) { report += line + L"\n"; };
-    OnDashboard(shell, selected, [&](std::uint32_t pid, WindowHandle mainWindow) {
+    ActionHost host;
+    host.appendLog = [&](const std::wstring& line) { report += line + L"\n"; };
+    OnDashboard(host, selected, [&](std::uint32_t pid, WindowHandle mainWindow) {
         EXPECT_EQ(pid, selected->pid);
         EXPECT_EQ(mainWindow, selected->mainWindow);
         return metrics;

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/files/tool_folder_win.h"
 #include "base/handle_win.h"
-#include "base/tool_folder_win.h"
 
 namespace {
 

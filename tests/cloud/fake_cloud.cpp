@@ -18,14 +18,3 @@ CloudServices FakeCloud::services() {
         },
     };
 }
-
-Shell FakeShell::shell() {
-    return {
-        [this](std::wstring text) { lines.push_back(std::move(text)); },
-        [this](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
-            questions.push_back(caption + L"|" + text);
-            return style == ConfirmStyle::question && consents;
-        },
-        [](std::wstring) {},
-    };
-}

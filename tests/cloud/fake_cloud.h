@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "base/shell.h"
 #include "cloud/services.h"
+#include "tests/fake_host.h"
 
 struct FakeCloud {
     bool networkEnabled = true;
@@ -16,13 +16,4 @@ struct FakeCloud {
     std::vector<std::string> requests;
 
     CloudServices services();
-};
-
-/// Keeps the log and answers every question alike.
-struct FakeShell {
-    std::vector<std::wstring> lines;
-    std::vector<std::wstring> questions;
-    bool consents = true;
-
-    Shell shell();
 };

@@ -5,7 +5,7 @@
 #include <limits>
 #include <new>
 
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "cloud/json.h"
+#include "cloud/json/json.h"
 
 inline void AppendJsonText(std::string& text, const std::string& string) {
     text += '"';

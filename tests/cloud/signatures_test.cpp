@@ -86,8 +86,8 @@ TEST(Signatures, TheButtonReportsEveryOutcome) {
         FakeCloud cloud{c.networkEnabled, "old", c.cacheIsWritable, c.answer, {}};
         SignatureRuleBase base = BuiltIn();
         base.version = 5;
-        FakeShell report;
-        OnUpdateSignatures(report.shell(), base, cloud.services());
+        FakeHost report;
+        OnUpdateSignatures(report.host(), base, cloud.services());
         const std::vector<std::wstring> expected = {L"[Cloud] Updating signatures...",
                                                     L"[Cloud] " + c.outcome};
         EXPECT_EQ(report.lines, expected);
@@ -98,9 +98,9 @@ TEST(Signatures, TheButtonReportsEveryOutcome) {
 
 TEST(Signatures, TheToggleSaysTheSameBothWays) {
     FakeCloud cloud;
-    FakeShell report;
+    FakeHost report;
     for (const wchar_t* state : {L"disabled", L"enabled"}) {
-        OnToggleNetwork(report.shell(), cloud.services());
+        OnToggleNetwork(report.host(), cloud.services());
         EXPECT_EQ(cloud.networkEnabled, state == std::wstring(L"enabled"));
         EXPECT_EQ(report.lines.back(),
                   std::wstring(L"[Cloud] Network ") + state +

@@ -55,9 +55,9 @@ TEST(Submission, SendsOnlyWithACaptureConsentAndTheNetwork) {
     };
     for (const auto& c : cases) {
         FakeCloud cloud{c.networkEnabled, "", true, c.answer, {}};
-        FakeShell report;
+        FakeHost report;
         report.consents = c.consents;
-        OnSubmit(report.shell(), c.captured ? Captured() : LastCapture(), cloud.services());
+        OnSubmit(report.host(), c.captured ? Captured() : LastCapture(), cloud.services());
         EXPECT_EQ(report.lines,
                   std::vector<std::wstring>(c.line.empty() ? 0 : 1, L"[Submit] " + c.line));
         EXPECT_EQ(report.questions,

@@ -20,8 +20,8 @@ struct Press {
 
     std::wstring report(bool selected = true) {
         std::wstring lines;
-        Shell shell;
-        shell.appendLog = [&](const std::wstring& line) { lines += line + L"\n"; };
+        ActionHost host;
+        host.appendLog = [&](const std::wstring& line) { lines += line + L"\n"; };
         const CaptureSensors sensors{
             [&](WindowHandle window, unsigned timeoutMs) {
                 EXPECT_EQ(window, instance.mainWindow);
@@ -37,7 +37,7 @@ struct Press {
             {[](const std::wstring&) { return false; }, [](const std::wstring&) { return false; }}};
         SignatureRuleBase rules;
         LoadBuiltInRules(rules);
-        OnCaptureNow(shell, selected ? &instance : nullptr, rules, sensors, last);
+        OnCaptureNow(host, selected ? &instance : nullptr, rules, sensors, last);
         return lines;
     }
 };

@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <thread>
 
+#include "base/files/file_system_win.h"
 #include "base/handle_win.h"
 #include "base/text.h"
-#include "fixes/file_system_win.h"
-#include "fixes/registry_export.h"
-#include "fixes/registry_win.h"
-#include "tests/fixes/staged_folder_win.h"
+#include "fixes/settings/registry_export.h"
+#include "fixes/settings/registry_win.h"
+#include "tests/base/files/staged_folder_win.h"
 
 namespace {
 
@@ -114,14 +114,14 @@ TEST(FixActions, WaitForNoOtherProgram) {
     // A mutex belongs to a thread, so another thread can stand for another program.
     const KernelHandle mutex(CreateMutexW(nullptr, TRUE, kBackupsMutex));
     std::vector<std::wstring> log;
-    const Shell shell = {
+    const ActionHost host = {
         [&](std::wstring line) { log.push_back(std::move(line)); },
         [](const std::wstring&, const std::wstring&, ConfirmStyle) { return false; },
         [](std::wstring) {}};
     std::thread([&] {
-        OnCleanup(shell);
-        OnRestore(shell);
-        OnOptimizeSettings(shell);
+        OnCleanup(host);
+        OnRestore(host);
+        OnOptimizeSettings(host);
     }).join();
     ReleaseMutex(mutex.get());
     ASSERT_EQ(log.size(), 3U);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 using Random = std::mt19937_64;
 

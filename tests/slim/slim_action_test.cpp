@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "slim/long_path.h"
+#include "base/files/long_path.h"
 #include "tests/slim/document_builder.h"
 #include "tests/slim/fake_files.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 std::vector<std::wstring> logOf(FakeFiles& files, const std::wstring& buffer, bool answer = true) {
     std::vector<std::wstring> lines;
-    const Shell shell{
+    const ActionHost host{
         [&](std::wstring line) { lines.push_back(std::move(line)); },
         [&](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
             EXPECT_EQ(caption, L"File Slimming Confirmation");
@@ -26,7 +26,7 @@ std::vector<std::wstring> logOf(FakeFiles& files, const std::wstring& buffer, bo
             return answer;
         },
         [](std::wstring) {}};
-    slimSelection(std::span(buffer.data(), buffer.size()), shell, files.seam());
+    slimSelection(std::span(buffer.data(), buffer.size()), host, files.seam());
     return lines;
 }
 
@@ -115,7 +115,7 @@ TEST(SlimAction, ShortensLongNamesAndNeverTheFigures) {
     }
 }
 
-TEST(LongPath, HasTheExtendedForm) {
+TEST(longPath, HasTheExtendedForm) {
     EXPECT_EQ(extendedPath(L"C:\\a\\b.cdr"), L"\\\\?\\C:\\a\\b.cdr");
     EXPECT_EQ(extendedPath(L"\\\\server\\share\\b.cdr"), L"\\\\?\\UNC\\server\\share\\b.cdr");
     for (const wchar_t* same : {L"\\\\?\\C:\\a", L"\\\\.\\pipe\\a", L"a\\b.cdr", L"C:b.cdr", L""})

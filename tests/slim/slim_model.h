@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "slim/bytes.h"
+#include "base/bytes.h"
 
 bool modelIsRiff(const Bytes& stream);
 std::uint32_t modelCount(const Bytes& stream, const std::string& fourcc);

@@ -74,13 +74,13 @@ int slimFiles(int dieAt) {
         answer.push_back(c == '\n' ? '\0' : static_cast<char>(c));
     std::erase(answer, '\r');
     const std::wstring buffer = wideFromUtf8(answer);
-    const Shell shell{
+    const ActionHost host{
         [](std::wstring line) { std::printf("%s\n", utf8FromWide(line).c_str()); },
         [](const std::wstring&, const std::wstring&, ConfirmStyle) { return true; },
         [](std::wstring) {},
     };
     Mortal files(realSlimFiles(), dieAt);
-    slimSelection(std::span(buffer.data(), buffer.size()), shell, files.seam());
+    slimSelection(std::span(buffer.data(), buffer.size()), host, files.seam());
     return 0;
 }
 

@@ -1,7 +1,0 @@
-// The sensor of the environment check.
-#pragma once
-
-#include "fixes/environment.h"
-
-/// The facts of this machine, rated. Nothing but reading, and never a failure.
-EnvCheckResult RunEnvironmentCheck();

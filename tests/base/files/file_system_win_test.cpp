@@ -1,0 +1,135 @@
+#include "base/files/file_system_win.h"
+
+#include <gtest/gtest.h>
+
+#include "base/text.h"
+#include "tests/base/files/staged_folder_win.h"
+
+namespace {
+
+FileHandle openFor(const std::wstring& path, DWORD access, DWORD share) {
+    return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+class WindowsFiles : public testing::Test {
+  protected:
+    StagedFolder stage;
+    std::wstring base = stage.path() + L"\\base";
+    WindowsFileSystem files{{base, L""}};
+    std::wstring file = base + L"\\a\\file.bin";
+
+    void SetUp() override { WriteStaged(file, "contents"); }
+};
+
+}  // namespace
+
+TEST_F(WindowsFiles, RenamesOnlyWhatNobodyHasOpenAndIsAsExpected) {
+    const std::wstring to = base + L"\\to.bin";
+    const FileStamp stamp = files.inspect(file).stamp;
+    for (const DWORD access : {DWORD{GENERIC_READ}, DWORD{GENERIC_WRITE}}) {
+        for (DWORD share = 0; share < 8; ++share) {
+            const FileHandle user = openFor(file, access, share);
+            ASSERT_TRUE(user);
+            EXPECT_EQ(files.rename(file, to, &stamp).outcome, FileOutcome::inUse) << share;
+            EXPECT_EQ(files.copy(file, to, stamp).outcome, FileOutcome::inUse) << share;
+            EXPECT_EQ(files.remove(file, &stamp).outcome, FileOutcome::inUse) << share;
+        }
+    }
+    FileStamp other = stamp;
+    ++other.modified;
+    EXPECT_EQ(files.rename(file, to, &other).outcome, FileOutcome::changed);
+    EXPECT_EQ(files.remove(file, &other).outcome, FileOutcome::changed);
+    WriteStaged(to, "in the way");
+    EXPECT_EQ(files.rename(file, to, &stamp).outcome, FileOutcome::exists);
+    EXPECT_EQ(files.copy(file, to, stamp).outcome, FileOutcome::exists);
+    EXPECT_EQ(ReadStaged(to), "in the way");
+    EXPECT_EQ(files.rename(file, base + L"\\none\\x", &stamp).outcome, FileOutcome::missing);
+    EXPECT_EQ(files.rename(base + L"\\none", to, nullptr).outcome, FileOutcome::missing);
+    EXPECT_EQ(files.rename(base + L"\\a", base + L"\\b", nullptr).isDone(), false) << "a folder";
+    EXPECT_TRUE(files.rename(file, base + L"\\moved.bin", &stamp).isDone());
+    EXPECT_EQ(files.inspect(base + L"\\moved.bin").stamp.modified, stamp.modified);
+}
+
+TEST_F(WindowsFiles, CopiesComparesWritesReadsAndPatches) {
+    const std::string contents = std::string(1'000'000, 'x') + "P";
+    WriteStaged(file, contents, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    FileStamp stamp = files.inspect(file).stamp;
+    const std::wstring to = base + L"\\copy.bin";
+    ASSERT_TRUE(files.copy(file, to, stamp).isDone());
+    FileStamp copied = files.inspect(to).stamp;
+    EXPECT_TRUE(files.compare(file, to).isDone());
+    copied.created = stamp.created;  // not every system keeps it
+    EXPECT_EQ(copied, stamp);
+    EXPECT_TRUE(files.remove(to, &stamp).isDone()) << "read-only";
+
+    ASSERT_TRUE(files.writeNew(to, contents).isDone());
+    EXPECT_FALSE(IsThere(to + std::wstring(kUnfinishedSuffix)));
+    EXPECT_EQ(files.writeNew(to, "other").outcome, FileOutcome::exists);
+    EXPECT_TRUE(files.compare(file, to).isDone());
+    EXPECT_TRUE(files.overwriteByte(to, 1'000'000, 'M').isDone());
+    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
+    EXPECT_EQ(files.read(to, 1'000'001), std::string(1'000'000, 'x') + "M");
+    EXPECT_EQ(files.read(to, 1'000'000), std::nullopt);
+    EXPECT_EQ(files.read(base + L"\\none", 10), std::nullopt);
+    WriteStaged(to, contents.substr(1));
+    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
+}
+
+TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
+    const std::wstring outside = stage.path() + L"\\outside";
+    WriteStaged(outside + L"\\victim.bin", "victim");
+    const FileStamp stamp = files.inspect(file).stamp;
+    const std::wstring link = base + L"\\link";
+    ASSERT_TRUE(MakeFolderLink(link, outside));
+    EXPECT_EQ(files.inspect(link).type, EntryType::link);
+    EXPECT_FALSE(files.removeFolder(link).isDone());
+    EXPECT_TRUE(IsThere(link));
+    for (const std::wstring& way : {outside, link}) {
+        const std::wstring victim = way + L"\\victim.bin";
+        const FileOutcome expected = way == outside ? FileOutcome::outside : FileOutcome::link;
+        EXPECT_EQ(files.list(way).result.outcome, expected);
+        EXPECT_EQ(files.inspect(victim).result.outcome, expected);
+        EXPECT_EQ(files.rename(victim, base + L"\\x", nullptr).outcome, expected);
+        EXPECT_EQ(files.rename(file, way + L"\\x", &stamp).outcome, expected);
+        EXPECT_EQ(files.copy(file, way + L"\\x", stamp).outcome, expected);
+        EXPECT_EQ(files.remove(victim, nullptr).outcome, expected);
+        EXPECT_EQ(files.createFolder(way + L"\\x").outcome, expected);
+        EXPECT_EQ(files.removeFolder(way + L"\\x").outcome, expected);
+        EXPECT_EQ(files.writeNew(way + L"\\x", "x").outcome, expected);
+        EXPECT_EQ(files.overwriteByte(victim, 0, 'x').outcome, expected);
+        EXPECT_EQ(files.setStamp(victim, stamp).outcome, expected);
+        EXPECT_FALSE(files.read(victim, 100));
+    }
+    const std::wstring fileLink = base + L"\\file-link";
+    ASSERT_TRUE(MakeFileLink(fileLink, outside + L"\\victim.bin"));
+    EXPECT_EQ(files.rename(fileLink, base + L"\\x", nullptr).outcome, FileOutcome::link);
+    EXPECT_EQ(files.remove(fileLink, nullptr).outcome, FileOutcome::link);
+    // A folder whose name only begins like the base is not below it.
+    EXPECT_EQ(files.inspect(base + L"-not\\x").result.outcome, FileOutcome::outside);
+    EXPECT_EQ(SnapshotOf(outside).size(), 1U);
+    EXPECT_EQ(ReadStaged(outside + L"\\victim.bin"), "victim");
+}
+
+TEST_F(WindowsFiles, PinsTheFoldersItWorksIn) {
+    {
+        WindowsFileSystem working({base});
+        ASSERT_TRUE(working.list(base + L"\\a").result.isDone());
+        EXPECT_FALSE(MoveFileW((base + L"\\a").c_str(), (base + L"\\b").c_str()));
+    }
+    EXPECT_TRUE(MoveFileW((base + L"\\a").c_str(), (base + L"\\b").c_str()));
+}
+
+TEST_F(WindowsFiles, WorksBeyondTheOldLimitOfPaths) {
+    std::wstring deep = base;
+    for (int i = 0; i < 12; ++i) {
+        deep += L"\\" + std::wstring(40, static_cast<wchar_t>(L'a' + i));
+        ASSERT_TRUE(files.createFolder(deep).isDone());
+    }
+    const std::wstring below = deep + L"\\file.bin";
+    const FileStamp stamp = files.inspect(file).stamp;
+    ASSERT_TRUE(files.rename(file, below, &stamp).isDone());
+    EXPECT_EQ(files.list(deep).entries.size(), 1U);
+    EXPECT_TRUE(files.rename(below, file, &stamp).isDone());
+    EXPECT_TRUE(removeEmptyFolders(files, base + L"\\" + std::wstring(40, L'a')).isDone());
+    EXPECT_FALSE(IsThere(base + L"\\" + std::wstring(40, L'a')));
+}

@@ -1,0 +1,180 @@
+#include "tests/base/files/staged_folder_win.h"
+
+#include <sstream>
+
+#include "base/files/file_system.h"
+#include "base/files/long_path_win.h"
+#include "base/text.h"
+
+namespace {
+
+bool isLink(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+template <typename Visit>
+void forEach(const std::wstring& folder, const Visit& visit) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(longPath(folder + L"\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    do {
+        const std::wstring name = found.cFileName;
+        if (name != L"." && name != L"..") visit(name, found);
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+}
+
+void removeTree(const std::wstring& folder) {
+    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
+        const std::wstring path = folder + L"\\" + name;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if (isFolder && !isLink(found.dwFileAttributes)) return removeTree(path);
+        SetFileAttributesW(longPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (!isFolder || !RemoveDirectoryW(longPath(path).c_str()))
+            DeleteFileW(longPath(path).c_str());
+    });
+    RemoveDirectoryW(longPath(folder).c_str());
+}
+
+void createFolders(const std::wstring& folder) {
+    if (IsThere(folder)) return;
+    createFolders(parentFolder(folder));
+    CreateDirectoryW(longPath(folder).c_str(), nullptr);
+}
+
+// A path as the system below Wine knows it.
+std::string unixPath(const std::wstring& path) {
+    using Convert = char*(__cdecl*)(const wchar_t*);
+    const auto convert = reinterpret_cast<Convert>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    char* const converted = convert == nullptr ? nullptr : convert(path.c_str());
+    const std::string result = converted == nullptr ? "" : converted;
+    HeapFree(GetProcessHeap(), 0, converted);
+    return result;
+}
+
+// Runs a program of the system below until it has had its effect. Nobody can wait for it: it has no
+// handles, and what Wine leaves in their place must not be closed.
+template <typename Condition>
+bool runBelow(const std::string& command, const Condition& isDone) {
+    std::wstring commandLine = L"Z:\\bin\\" + wideFromUtf8(command);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION nothing{};
+    CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+                   nullptr, &startup, &nothing);
+    for (int i = 0; i < 500 && !isDone(); ++i)
+        Sleep(10);
+    return isDone();
+}
+
+// Under Wine the only links are those of the system below.
+bool makeLink(const std::wstring& link, const std::wstring& target, DWORD flags) {
+    const auto isThere = [&] { return IsThere(link); };
+    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) && isThere()) return true;
+    const std::string folder = unixPath(parentFolder(link));
+    const std::string name = utf8FromWide(link.substr(link.rfind(L'\\') + 1));
+    return !folder.empty() &&
+           runBelow("ln -s \"" + unixPath(target) + "\" \"" + folder + "/" + name + "\"", isThere);
+}
+
+}  // namespace
+
+StagedFolder::StagedFolder(const std::wstring& below) {
+    static int count = 0;
+    std::wstring base = below;
+    if (base.empty()) {
+        wchar_t temp[MAX_PATH + 1] = L"", longTemp[MAX_PATH + 1] = L"";
+        GetTempPathW(MAX_PATH + 1, temp);
+        GetLongPathNameW(temp, longTemp, MAX_PATH + 1);
+        base = parentFolder(longTemp);
+    }
+    path_ =
+        base + L"\\mirelo-test-" + decimalUnsigned(GetCurrentProcessId()) + L"-" + decimal(++count);
+    createFolders(path_);
+}
+
+StagedFolder::~StagedFolder() {
+    removeTree(path_);
+    if (!IsThere(path_)) return;
+    // Under Wine no Windows call removes a link to a folder.
+    runBelow("rm -rf \"" + unixPath(path_) + "\"", [this] { return !IsThere(path_); });
+}
+
+bool IsThere(const std::wstring& path) {
+    return GetFileAttributesW(longPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+void WriteStaged(const std::wstring& path, const std::string& contents, DWORD attributes) {
+    createFolders(parentFolder(path));
+    const FileHandle file(CreateFileW(longPath(path).c_str(), GENERIC_WRITE, 0, nullptr,
+                                      CREATE_ALWAYS, attributes, nullptr));
+    DWORD written = 0;
+    WriteFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr);
+    std::uint64_t ticks = 132'000'000'000'000'000;
+    for (const char c : contents)
+        ticks += static_cast<unsigned char>(c) * std::uint64_t{98'765'432'100};
+    const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    SetFileTime(file.get(), &time, &time, &time);
+}
+
+std::string ReadStaged(const std::wstring& path) {
+    const FileHandle file(CreateFileW(longPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                      nullptr, OPEN_EXISTING, 0, nullptr));
+    std::string contents(1 << 16, '\0');
+    DWORD got = 0;
+    if (!file || !ReadFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &got,
+                           nullptr)) {
+        return "(cannot be read)";
+    }
+    contents.resize(got);
+    return contents;
+}
+
+bool MakeFolderLink(const std::wstring& link, const std::wstring& target) {
+    return makeLink(link, target, SYMBOLIC_LINK_FLAG_DIRECTORY) ||
+           RunToEnd(L"cmd.exe /c mklink /j \"" + link + L"\" \"" + target + L"\"") == 0;
+}
+
+bool MakeFileLink(const std::wstring& link, const std::wstring& target) {
+    return makeLink(link, target, 0);
+}
+
+KernelHandle StartProgram(std::wstring commandLine) {
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW,
+                        nullptr, nullptr, &startup, &info)) {
+        return {};
+    }
+    CloseHandle(info.hThread);
+    return KernelHandle(info.hProcess);
+}
+
+int RunToEnd(std::wstring commandLine) {
+    const KernelHandle process = StartProgram(std::move(commandLine));
+    DWORD code = static_cast<DWORD>(-1);
+    if (process && WaitForSingleObject(process.get(), 60'000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.get(), &code);
+    return static_cast<int>(code);
+}
+
+std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder) {
+    std::map<std::wstring, std::string> seen;
+    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
+        const DWORD attributes = found.dwFileAttributes;
+        const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        std::ostringstream text;
+        text << (isLink(attributes) ? "link " : isFolder ? "folder " : "file ");
+        if (!isFolder)
+            text << found.ftLastWriteTime.dwHighDateTime << ':'
+                 << found.ftLastWriteTime.dwLowDateTime;
+        if (!isFolder) text << ' ' << attributes << ' ' << ReadStaged(folder + L"\\" + name);
+        seen[name] = text.str();
+        if (!isFolder || isLink(attributes)) return;
+        for (auto& [path, inner] : SnapshotOf(folder + L"\\" + name))
+            seen[name + L"\\" + path] = std::move(inner);
+    });
+    return seen;
+}

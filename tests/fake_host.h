@@ -1,0 +1,36 @@
+// The program around an action: keeps what it was told and answers every question alike.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/action_host.h"
+
+struct FakeHost {
+    std::vector<std::wstring> lines;
+    /// "caption|text", in order.
+    std::vector<std::wstring> questions;
+    std::vector<ConfirmStyle> styles;
+    std::wstring status;
+    bool consents = true;
+
+    ActionHost host() {
+        return {
+            [this](std::wstring text) { lines.push_back(std::move(text)); },
+            [this](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
+                questions.push_back(caption + L"|" + text);
+                styles.push_back(style);
+                return consents;
+            },
+            [this](std::wstring text) { status = std::move(text); },
+        };
+    }
+
+    /// All lines, each followed by a line feed.
+    [[nodiscard]] std::wstring report() const {
+        std::wstring whole;
+        for (const std::wstring& line : lines)
+            whole += line + L"\n";
+        return whole;
+    }
+};

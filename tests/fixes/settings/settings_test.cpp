@@ -1,0 +1,205 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "base/text.h"
+#include "fixes/cleanup/backup_folders.h"
+#include "fixes/settings/registry_export.h"
+#include "fixes/settings/settings_change.h"
+#include "tests/base/files/fake_file_system.h"
+
+namespace {
+
+const std::wstring kCorel = L"Software\\Corel\\CorelDRAW";
+const std::wstring kDraw24 = kCorel + L"\\24.0\\Draw\\Application Preferences\\";
+const std::wstring kTool = L"C:\\Roaming\\Mirelo";
+const std::wstring kExport = kTool + L"\\backups\\settings_2024-01-17_21-20-00\\settings.reg";
+
+RegistryValue text(const wchar_t* name, const wchar_t* data) {
+    return {name, kRegistryText, DataOfText(data)};
+}
+RegistryValue number(const wchar_t* name, std::uint32_t data) {
+    return {name, kRegistryNumber, DataOfNumber(data)};
+}
+
+class FakeRegistry final : public Registry {
+  public:
+    std::map<std::wstring, std::vector<RegistryValue>> keys;
+    bool refuses = false;
+    bool forgets = false;
+
+    std::optional<std::vector<std::wstring>> subkeys(const std::wstring& key) override {
+        std::vector<std::wstring> names;
+        for (const auto& [path, values] : keys) {
+            if (!path.starts_with(key + L"\\")) continue;
+            const std::wstring rest = path.substr(key.size() + 1);
+            const std::wstring name = rest.substr(0, rest.find(L'\\'));
+            if (std::ranges::find(names, name) == names.end()) names.push_back(name);
+        }
+        if (names.empty() && !keys.contains(key)) return std::nullopt;
+        return names;
+    }
+    std::optional<std::vector<RegistryValue>> values(const std::wstring& key) override {
+        const auto found = keys.find(key);
+        if (found != keys.end()) return found->second;
+        if (subkeys(key)) return std::vector<RegistryValue>();
+        return std::nullopt;
+    }
+    std::uint32_t setValue(const std::wstring& key, const RegistryValue& value) override {
+        if (refuses) return 5;
+        for (RegistryValue& old : keys.at(key))
+            if (old.name == value.name && !forgets) old = value;
+        return 0;
+    }
+};
+
+struct Settings {
+    Settings() {
+        registry.keys = {
+            {kDraw24 + L"General",
+             {number(L"UndoLevels", 99), number(L"BitmapUndoLevels", 2), text(L"Other", L"99")}},
+            {kDraw24 + L"Framework", {text(L"ShowWelcomeScreen", L"true")}},
+            {kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep",
+             {text(L"Undo Levels", L"20"), text(L"Hide Welcome Screen", L"0")}},
+            {kCorel + L"\\13.0\\CorelDRAW\\Application Preferences\\HTML Export",
+             {text(L"x", L"1")}},
+            {kCorel + L"\\13.0\\PHOTO-PAINT\\Application Preferences\\G",
+             {number(L"UndoLevels", 9)}},
+            {kCorel + L"\\Shared\\Draw\\Application Preferences\\G", {number(L"UndoLevels", 9)}},
+        };
+        files.addFolder(parentFolder(kTool));
+    }
+    /// The report of one press; each question is added to `questions`.
+    std::wstring run() {
+        std::wstring log;
+        const ActionHost host = {
+            [&](const std::wstring& line) { log += line + L"\n"; },
+            [&](const std::wstring& question, const std::wstring&, ConfirmStyle style) {
+                EXPECT_EQ(style, ConfirmStyle::warning);
+                questions.push_back(question);
+                if (whileAsking) whileAsking();
+                return answer;
+            },
+            [](std::wstring) {}};
+        const auto now = [] { return BackupContext::Now{1, 133'500'000'000'000'000}; };
+        OnOptimizeSettings(
+            host, {registry, {files, {}, kTool, [this] { return isCorelRunning; }, now}, kCorel});
+        return log;
+    }
+
+    FakeRegistry registry;
+    FakeFileSystem files;
+    bool answer = true;
+    bool isCorelRunning = false;
+    std::function<void()> whileAsking;
+    std::vector<std::wstring> questions;
+};
+
+}  // namespace
+
+TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
+    const RegistryValue none;
+    const struct {
+        RegistryValue before;
+        RegistryValue after;  // `none` when the value is not one of ours
+    } cases[] = {
+        {number(L"UndoLevels", 99), number(L"UndoLevels", 30)},
+        {number(L"Regular Undo Levels", 0), number(L"Regular Undo Levels", 30)},
+        {text(L"undo_levels", L"150"), text(L"undo_levels", L"30")},
+        {{L"UndoLevel", kRegistryExpandableText, DataOfText(L"99")},
+         {L"UndoLevel", kRegistryExpandableText, DataOfText(L"30")}},
+        {text(L"UndoLevels", L"30"), text(L"UndoLevels", L"30")},
+        {{L"UndoLevels", kRegistryText, {0x33, 0, 0x30, 0}},
+         {L"UndoLevels", kRegistryText, {0x33, 0, 0x30, 0}}},
+        {number(L"BitmapEffectsUndoLevels", 2), none},
+        {number(L"UndoLevels", 0xFFFFFFFF), none},
+        {text(L"UndoLevels", L""), none},
+        {text(L"UndoLevels", L"many"), none},
+        {text(L"UndoLevels", L"123456"), none},
+        {text(L"UndoDocker", L"1"), none},
+        {{L"UndoLevels", kRegistryBinary, {30, 0, 0, 0}}, none},
+        {text(L"ShowWelcomeScreen", L"1"), text(L"ShowWelcomeScreen", L"0")},
+        {text(L"Show Welcome Screen at Startup", L"True"),
+         text(L"Show Welcome Screen at Startup", L"False")},
+        {number(L"WelcomeScreen", 1), number(L"WelcomeScreen", 0)},
+        {number(L"DontShowWelcomeScreen", 0), number(L"DontShowWelcomeScreen", 1)},
+        {text(L"Don't Show Welcome Screen", L"no"), text(L"Don't Show Welcome Screen", L"yes")},
+        {number(L"ShowWelcomeScreen", 2), none},
+        {text(L"ShowWelcomeScreen", L"800,600"), none},
+        {number(L"WelcomeScreenWidth", 1), none},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(utf8FromWide(c.before.name + L" " + ValueText(c.before)));
+        const auto plans = PlanSettings({{L"24.0", {{kDraw24 + L"G", {c.before}}}, true}});
+        ASSERT_EQ(plans.size(), 1U);
+        EXPECT_EQ(plans[0].found[0] + plans[0].found[1], c.after == none ? 0U : 1U);
+        const bool isChange = !(c.after == none) && !(c.after == c.before);
+        ASSERT_EQ(plans[0].changes.size(), isChange ? 1U : 0U);
+        EXPECT_TRUE(!isChange || plans[0].changes[0].after == c.after);
+    }
+}
+
+TEST(Settings, AsksExportsChangesAndSaysEach) {
+    Settings settings;
+    // The keys go into the export whole, as they were.
+    std::vector<RegistryKeyRecord> exported;
+    for (const std::wstring& key :
+         {kDraw24 + L"Framework", kDraw24 + L"General",
+          kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep"})
+        exported.push_back({key, settings.registry.keys.at(key)});
+    EXPECT_EQ(settings.run(),
+              L"[Settings] CorelDRAW 13.0: no value for the undo levels or the welcome screen was "
+              L"found, left alone.\n"
+              L"[Settings] CorelDRAW 9.0: undo levels 20 -> 30\n"
+              L"[Settings] CorelDRAW 9.0: welcome screen 0 -> 1\n"
+              L"[Settings] CorelDRAW 24.0: welcome screen true -> false\n"
+              L"[Settings] CorelDRAW 24.0: undo levels 99 -> 30\n"
+              L"[Settings] [OK] 4 of 4 settings changed, in effect when CorelDRAW starts again. "
+              L"The old ones are in " +
+                  kExport + L"\n");
+    ASSERT_EQ(settings.questions.size(), 1U);
+    EXPECT_NE(settings.questions[0].find(L"CorelDRAW 24.0: undo levels 99 -> 30\n"),
+              std::wstring::npos);
+    EXPECT_NE(settings.questions[0].find(kExport), std::wstring::npos);
+    EXPECT_EQ(settings.files.find(kExport)->contents, WriteRegistryExport(exported));
+
+    // A second press finds nothing to do and exports nothing.
+    EXPECT_NE(settings.run().find(L"[Settings] [OK] What was found is optimal"),
+              std::wstring::npos);
+    EXPECT_EQ(settings.questions.size(), 1U);
+    EXPECT_EQ(ListBackups(settings.files, kTool, kSettingsBackup).size(), 1U);
+}
+
+TEST(Settings, ChangesNothingWhenItMayNot) {
+    const struct {
+        std::function<void(Settings&)> arrange;
+        const wchar_t* line;
+    } cases[] = {
+        {[](Settings& s) { s.isCorelRunning = true; }, L"[Settings] [WARN] CorelDRAW is running"},
+        {[](Settings& s) { s.whileAsking = [&s] { s.isCorelRunning = true; }; },
+         L"[Settings] [WARN] CorelDRAW is running"},
+        {[](Settings& s) { s.answer = false; }, L"[Settings] Cancelled, nothing was changed."},
+        {[](Settings& s) { s.registry.keys.clear(); }, L"[Settings] No settings of CorelDRAW"},
+        {[](Settings& s) { s.files.add(kTool, "a file"); }, L"[Settings] Failed to export"},
+        {[](Settings& s) { s.registry.keys[kDraw24 + L"General\\a\r\nb"] = {}; },
+         L"[Settings] Failed to export"},
+        {[](Settings& s) { s.registry.refuses = true; }, L"[Settings] [WARN] 0 of 4 settings"},
+        {[](Settings& s) { s.registry.forgets = true; }, L"[Settings] [WARN] 0 of 4 settings"},
+    };
+    for (const auto& c : cases) {
+        Settings settings;
+        c.arrange(settings);
+        const auto before = settings.registry.keys;
+        const std::wstring log = settings.run();
+        EXPECT_TRUE(settings.registry.keys == before) << c.line;
+        EXPECT_NE(log.find(c.line), std::wstring::npos) << utf8FromWide(log);
+    }
+
+    Settings settings;
+    RegistryValue& undo = settings.registry.keys.at(kDraw24 + L"General")[0];
+    settings.whileAsking = [&] { undo = number(L"UndoLevels", 50); };
+    EXPECT_NE(settings.run().find(L"undo levels 99 -> 30: the value has changed meanwhile"),
+              std::wstring::npos);
+    EXPECT_EQ(undo, number(L"UndoLevels", 50));
+}
