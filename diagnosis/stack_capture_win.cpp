@@ -5,7 +5,6 @@
 #include <dbghelp.h>
 
 #include <cwchar>
-#include <exception>
 
 #include "base/process_win.h"
 #include "diagnosis/guarded_call_win.h"
@@ -154,7 +153,7 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
     }
     try {
         return Capture(process.get(), pid, thread.get());
-    } catch (const std::exception&) {
+    } catch (...) {
         return Failure(kWalkFailed);
     }
 }

@@ -15,7 +15,7 @@ std::wstring ProgramFolder() {
 }
 
 /// Hangs in `function` of a library beside the program or one folder up, and keeps it loaded.
-void HangInLibrary(const wchar_t* library, const char* function, Hang& hang) {
+HMODULE HangInLibrary(const wchar_t* library, const char* function, Hang& hang) {
     const std::wstring folder = ProgramFolder();
     HMODULE module = LoadLibraryW((folder + library).c_str());
     if (!module) module = LoadLibraryW((folder + L"..\\" + library).c_str());
@@ -24,6 +24,7 @@ void HangInLibrary(const wchar_t* library, const char* function, Hang& hang) {
         reinterpret_cast<void (*)()>(GetProcAddress(module, function)));
     if (!entry) EndProcess(kExitLibraryMissing);
     entry(hang);
+    return module;
 }
 
 void ApplyEffect(Handshake& handshake) {
@@ -50,8 +51,9 @@ void TrackPointer(Handshake& handshake) {
     HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
 }
 
+// Both libraries want the same base: the second takes the place of the first.
 void TrackPointerThenApplyEffect(Handshake& handshake) {
-    HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
+    FreeLibrary(HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first));
     HangInLibrary(L"slowfilter.cpg", "ApplySlowFilter", handshake.second);
 }
 
@@ -63,6 +65,7 @@ constexpr Way kWays[] = {
     {L"core-dll", Face::mainWindow, false, WeldShapes},
     {L"third-party", Face::mainWindow, false, TrackPointer},
     {L"late-plugin", Face::mainWindow, false, TrackPointerThenApplyEffect},
+    {L"stopwatch", Face::mainWindow, false, WatchTheClock},
     {L"own-code", Face::mainWindow, false, RebuildDrawing},
     {L"deep-stack", Face::mainWindow, false, OpenNestedGroups},
     {L"send-message", Face::mainWindow, false, AskSilentWindow},
