@@ -7,11 +7,11 @@
 #include "app/language_file_win.h"
 #include "app/main_window_win.h"
 
-int WINAPI wWinMain(HINSTANCE module, HINSTANCE, PWSTR, int) {
+int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, PWSTR, int) {
     initLanguage();
     makeDpiAware();
     MainWindow window;
-    createMainWindow(module, window);
+    createMainWindow(hInstance, window);
 
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0)) {
