@@ -30,17 +30,19 @@ struct Call {
     }
 };
 
-DWORD WINAPI runCall(void* argument) {
-    const std::unique_ptr<std::shared_ptr<Call>> call(
-        static_cast<std::shared_ptr<Call>*>(argument));
-    (*call)->run();
+DWORD WINAPI runWork(void* argument) noexcept try {
+    const std::unique_ptr<std::function<void()>> work(
+        static_cast<std::function<void()>*>(argument));
+    (*work)();
     return 0;
+} catch (const std::exception&) {
+    return 1;
 }
 
-KernelHandle startThread(const std::shared_ptr<Call>& call) {
-    auto owned = std::make_unique<std::shared_ptr<Call>>(call);
-    KernelHandle thread(CreateThread(nullptr, 0, runCall, owned.get(), 0, nullptr));
-    if (thread) owned.release();  // now the thread's
+KernelHandle startThread(std::function<void()> work) {
+    auto owned = std::make_unique<std::function<void()>>(std::move(work));
+    KernelHandle thread(CreateThread(nullptr, 0, runWork, owned.get(), 0, nullptr));
+    if (thread) static_cast<void>(owned.release());  // now the thread's
     return thread;
 }
 
@@ -64,10 +66,16 @@ bool finishesWithin(DWORD limitMs, std::function<void()> work,
     const auto call = std::make_shared<Call>();
     call->work = std::move(work);
     call->tooLate = std::move(tooLate);
-    const KernelHandle thread = startThread(call);
+    const KernelHandle thread = startThread([call] { call->run(); });
     if (!thread) return false;
     waitAnsweringSentMessages(thread.get(), limitMs);
     return !call->settle(Outcome::abandoned) && call->outcome == Outcome::done;
+} catch (const std::exception&) {
+    return false;
+}
+
+bool startDetached(std::function<void()> work) noexcept try {
+    return static_cast<bool>(startThread(std::move(work)));
 } catch (const std::exception&) {
     return false;
 }

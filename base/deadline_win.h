@@ -23,7 +23,11 @@
 bool finishesWithin(DWORD limitMs, std::function<void()> work,
                     std::function<void()> tooLate = {}) noexcept;
 
-/// The same with an answer; nothing where that says false.
+/// Starts `work` on a thread of its own that nobody waits for; what it throws is lost. False when
+/// there is no thread or memory for it.
+bool startDetached(std::function<void()> work) noexcept;
+
+/// `finishesWithin` with an answer; nothing where that says false.
 template <typename Work>
 auto answerWithin(DWORD limitMs, Work work, std::function<void()> tooLate = {}) noexcept
     -> std::optional<std::invoke_result_t<Work&>> try {
