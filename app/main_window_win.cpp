@@ -132,7 +132,8 @@ void onCreate(MainWindow& window) {
 }
 
 void onDestroy(MainWindow& window) {
-    RestoreDefaultPrinterAtExit(window.session.printerSwitch, SystemPrinters());
+    RestoreDefaultPrinterAtExit(window.session.printerSwitch,
+                                SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
     window.renderer.release();
     PostQuitMessage(0);
