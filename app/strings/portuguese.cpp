@@ -4,7 +4,7 @@
 
 constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "app_title",
-     L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e redução de arquivos - " MIRELO_MAKER},
+     L"Mirelo v0.2 - Diagnosticar travamentos do CDR e reduzir arquivos - " MIRELO_MAKER},
     {kPortuguese, "ready_tip",
      L"O Mirelo está pronto. Quando o CDR travar, abra a guia \"Diagnóstico\" e clique em "
      L"\"Capturar agora\"."},
@@ -16,7 +16,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "tab_dev", L"Desenvolvedor"},
     {kPortuguese, "card_cdr_instance", L"Instância do CDR"},
     {kPortuguese, "card_diagnose", L"Diagnóstico - encontre o culpado"},
-    {kPortuguese, "card_fileslim", L"Redução de arquivos - a verdadeira solução"},
+    {kPortuguese, "card_fileslim", L"Reduzir arquivos - a verdadeira solução"},
     {kPortuguese, "card_scan", L"Verificação do ambiente"},
     {kPortuguese, "card_printer", L"Impressora"},
     {kPortuguese, "card_cleanup", L"Limpeza de cache"},
@@ -66,8 +66,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_copy", L"Copiar"},
     {kPortuguese, "log_clear", L"Limpar"},
     {kPortuguese, "brand_title", L"Mirelo"},
-    {kPortuguese, "brand_subtitle",
-     L"v0.2 - Diagnóstico de travamentos do CDR e redução de arquivos"},
+    {kPortuguese, "brand_subtitle", L"v0.2 - Diagnosticar travamentos do CDR e reduzir arquivos"},
     {kPortuguese, "safety_1",
      L"Sem injeção de código, sem hooks, sem serviço em segundo plano: você inicia cada ação"},
     {kPortuguese, "safety_2",

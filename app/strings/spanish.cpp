@@ -4,7 +4,7 @@
 
 constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "app_title",
-     L"Mirelo v0.2 - Diagnóstico de bloqueos de CDR y aligeramiento de archivos - " MIRELO_MAKER},
+     L"Mirelo v0.2 - Diagnosticar bloqueos de CDR y aligerar archivos - " MIRELO_MAKER},
     {kSpanish, "ready_tip",
      L"Mirelo está listo. Cuando CDR se bloquee, vaya a la pestaña «Diagnóstico» y haga clic en "
      L"«Capturar ahora»."},
@@ -66,8 +66,7 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "log_copy", L"Copiar"},
     {kSpanish, "log_clear", L"Borrar"},
     {kSpanish, "brand_title", L"Mirelo"},
-    {kSpanish, "brand_subtitle",
-     L"v0.2 - Diagnóstico de bloqueos de CDR y aligeramiento de archivos"},
+    {kSpanish, "brand_subtitle", L"v0.2 - Diagnosticar bloqueos de CDR y aligerar archivos"},
     {kSpanish, "safety_1",
      L"Sin inyección ni interceptación de código, sin servicios en segundo plano: usted inicia "
      L"cada acción"},
