@@ -8,6 +8,10 @@
 #include "app/main_window_win.h"
 
 int WINAPI wWinMain(HINSTANCE module, HINSTANCE, PWSTR, int) {
+    // A file on an absent disk fails; no box asks for the disk while a target is held.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    // Nor does the system offer to end a Mirelo that works on an action.
+    DisableProcessWindowsGhosting();
     initLanguage();
     makeDpiAware();
     MainWindow window;

@@ -4,10 +4,12 @@
 
 #include <dbghelp.h>
 
+#include <cwchar>
 #include <exception>
-#include <mutex>
 
 #include "base/process_win.h"
+#include "diagnosis/guarded_call_win.h"
+#include "diagnosis/suspended_thread_win.h"
 #include "diagnosis/symbol_session_win.h"
 
 namespace {
@@ -16,32 +18,26 @@ constexpr DWORD kLongestSymbol = 2000;
 constexpr const wchar_t* kWalkFailed =
     L"Stack walk failed. CDR may have recovered - capture again while it hangs.";
 
-// Resumes what it suspended, once, on every path.
-class SuspendedThread {
-  public:
-    explicit SuspendedThread(HANDLE thread)
-        : thread_(thread), suspended_(SuspendThread(thread) != static_cast<DWORD>(-1)) {}
-    SuspendedThread(const SuspendedThread&) = delete;
-    SuspendedThread& operator=(const SuspendedThread&) = delete;
-    ~SuspendedThread() {
-        if (suspended_) ResumeThread(thread_);
-    }
-    explicit operator bool() const { return suspended_; }
-
-  private:
-    HANDLE thread_;
-    bool suspended_;
-};
-
 CaptureResult Failure(const wchar_t* error) {
     return {false, error, {}};
 }
 
-void ReadModule(HANDLE process, StackFrame& frame) {
+// What one capture works on; all of it is borrowed.
+struct Target {
+    HANDLE process;
+    HANDLE thread;
+    const std::vector<LoadedModule>& modules;
+};
+
+void ReadModule(const Target& target, StackFrame& frame) {
     IMAGEHLP_MODULEW64 module{};
     module.SizeOfStruct = sizeof module;
-    if (!SymGetModuleInfoW64(process, frame.address, &module)) return;
+    if (!SymGetModuleInfoW64(target.process, frame.address, &module)) return;
     frame.imagePath = module.ImageName;
+    // The library's record has no room for a long path.
+    const LoadedModule* known = ModuleAt(target.modules, frame.address);
+    if (known != nullptr && known->path.size() >= std::size(module.ImageName) - 1)
+        frame.imagePath = known->path;
     frame.moduleName = ModuleNameOf(module.ModuleName, module.ImageName);
 }
 
@@ -65,54 +61,82 @@ void ReadLine(HANDLE process, StackFrame& frame) {
     frame.line = line.LineNumber;
 }
 
-std::vector<StackFrame> Walk(HANDLE process, HANDLE thread, CONTEXT& context) {
+// Fills `frames` until the stack ends, or the thread runs again: what is read from a running thread
+// is no stack.
+void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& context,
+          std::vector<StackFrame>& frames) {
     STACKFRAME64 position{};
     position.AddrPC = {context.Rip, 0, AddrModeFlat};
     position.AddrFrame = {context.Rbp, 0, AddrModeFlat};
     position.AddrStack = {context.Rsp, 0, AddrModeFlat};
 
-    std::vector<StackFrame> frames;
-    frames.reserve(kMaxFrames);
-    for (int i = 0; i < kMaxFrames; ++i) {
-        if (!StackWalk64(IMAGE_FILE_MACHINE_AMD64, process, thread, &position, &context, nullptr,
-                         SymFunctionTableAccess64, SymGetModuleBase64, nullptr) ||
+    for (int i = 0; i < kMaxFrames && suspended.isHeld(); ++i) {
+        if (!StackWalk64(IMAGE_FILE_MACHINE_AMD64, target.process, target.thread, &position,
+                         &context, nullptr, SymFunctionTableAccess64, SymGetModuleBase64,
+                         nullptr) ||
             position.AddrPC.Offset == 0) {
-            break;
+            return;
         }
-        StackFrame frame;
+        StackFrame& frame = frames.emplace_back();
         frame.address = position.AddrPC.Offset;
-        ReadModule(process, frame);
-        ReadFunction(process, frame);
-        ReadLine(process, frame);
-        frames.push_back(std::move(frame));
+        ReadModule(target, frame);
+        ReadFunction(target.process, frame);
+        ReadLine(target.process, frame);
     }
-    return frames;
 }
 
-// From the suspension on: whatever happens in here, the guard's end resumes the thread.
-CaptureResult CaptureSuspended(HANDLE process, DWORD pid, HANDLE thread, SymbolSession& symbols) {
-    const SuspendedThread suspended(thread);
-    if (!suspended) return Failure(L"Failed to suspend the thread, please retry.");
+// From the suspension on: whatever happens in here, the guard's end resumes the thread. `survived`
+// becomes false when the library crashed.
+CaptureResult CaptureSuspended(const Target& target, bool& survived) {
+    std::vector<StackFrame> frames;
+    frames.reserve(kMaxFrames);
+    const SuspendedThread suspended(target.thread);
+    if (!suspended.isHeld()) return Failure(L"Failed to suspend the thread, please retry.");
 
     // Suspension is asynchronous; only a context that could be read proves that the thread stands.
     CONTEXT context{};
     context.ContextFlags = CONTEXT_FULL;
-    if (!GetThreadContext(thread, &context)) return Failure(L"Failed to read thread context.");
+    if (!GetThreadContext(target.thread, &context))
+        return Failure(L"Failed to read thread context.");
 
-    const bool registered = symbols.EnsureSymbols(process, pid);
-    std::vector<StackFrame> frames =
-        Walk(registered ? symbols.process() : process, thread, context);
-    if (frames.empty()) return Failure(kWalkFailed);
+    survived = runGuarded([&] { Walk(target, suspended, context, frames); });
+    if (!survived || !suspended.isHeld() || frames.empty()) return Failure(kWalkFailed);
     return {true, {}, std::move(frames)};
 }
+
+// Everything that takes long, the registration above all, is done before the thread is suspended.
+CaptureResult Capture(HANDLE process, DWORD pid, HANDLE thread) {
+    static SymbolSession symbols;
+    bool registered = false;
+    bool survived = runGuarded([&] {
+        registered = symbols.EnsureSymbols(process, pid);
+        if (registered) symbols.RefreshModules();
+    });
+    CaptureResult result = Failure(kWalkFailed);
+    if (survived) {
+        const HANDLE known = registered ? symbols.process() : process;
+        result = CaptureSuspended({known, thread, symbols.modules()}, survived);
+    }
+    // Whatever a crash left of the registration is not to be trusted.
+    if (!survived) symbols.Forget();
+    return result;
+}
+
+class CaptureLock {
+  public:
+    CaptureLock() { AcquireSRWLockExclusive(&lock_); }
+    CaptureLock(const CaptureLock&) = delete;
+    CaptureLock& operator=(const CaptureLock&) = delete;
+    ~CaptureLock() { ReleaseSRWLockExclusive(&lock_); }
+
+  private:
+    static inline SRWLOCK lock_ = SRWLOCK_INIT;
+};
 
 }  // namespace
 
 CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) {
-    static std::mutex captureMutex;
-    static SymbolSession symbols;
-    const std::lock_guard lock(captureMutex);
-
+    const CaptureLock lock;
     const KernelHandle process(
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
     if (!process || hasExited(process.get())) {
@@ -129,7 +153,7 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
             L"It may be protected by security software - try whitelisting Mirelo.");
     }
     try {
-        return CaptureSuspended(process.get(), pid, thread.get(), symbols);
+        return Capture(process.get(), pid, thread.get());
     } catch (const std::exception&) {
         return Failure(kWalkFailed);
     }
