@@ -17,6 +17,7 @@
 #include "cdr/responsiveness_win.h"
 #include "cloud/signatures.h"
 #include "cloud/submission.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
 #include "fixes/fix_actions_win.h"
@@ -36,7 +37,8 @@ void checkEnvironment(MainWindow& window) {
 }
 
 void captureNow(MainWindow& window) {
-    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
+    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles,
+                                 SystemEvidence()};
     OnCaptureNow(window.host, selected(window), window.rules, sensors, window.lastCapture);
 }
 

@@ -30,12 +30,6 @@ struct ThreadSpan {
 /// reading failed or no time passed.
 std::optional<unsigned> ProcessorPercent(const std::vector<ThreadSpan>& spans);
 
-/// The stack of one thread, top first.
-struct ThreadStack {
-    std::uint32_t threadId = 0;
-    std::vector<StackFrame> frames;
-};
-
 /// Where a main thread was found, to be compared by the next capture of the same thread.
 struct HangPlace {
     std::uint32_t pid = 0;

@@ -6,6 +6,7 @@
 
 #include <cwchar>
 #include <exception>
+#include <map>
 
 #include "base/process_win.h"
 #include "diagnosis/guarded_call_win.h"
@@ -61,10 +62,17 @@ void ReadLine(HANDLE process, StackFrame& frame) {
     frame.line = line.LineNumber;
 }
 
+void Describe(const Target& target, StackFrame& frame) {
+    ReadModule(target, frame);
+    ReadFunction(target.process, frame);
+    ReadLine(target.process, frame);
+}
+
 // Fills `frames` until the stack ends, or the thread runs again: what is read from a running thread
-// is no stack.
+// is no stack. `describe` is called for each.
+template <typename DescribeFrame>
 void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& context,
-          std::vector<StackFrame>& frames) {
+          std::vector<StackFrame>& frames, DescribeFrame describe) {
     STACKFRAME64 position{};
     position.AddrPC = {context.Rip, 0, AddrModeFlat};
     position.AddrFrame = {context.Rbp, 0, AddrModeFlat};
@@ -79,15 +87,14 @@ void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& conte
         }
         StackFrame& frame = frames.emplace_back();
         frame.address = position.AddrPC.Offset;
-        ReadModule(target, frame);
-        ReadFunction(target.process, frame);
-        ReadLine(target.process, frame);
+        describe(frame);
     }
 }
 
 // From the suspension on: whatever happens in here, the guard's end resumes the thread. `survived`
 // becomes false when the library crashed.
-CaptureResult CaptureSuspended(const Target& target, bool& survived) {
+template <typename DescribeFrame>
+CaptureResult CaptureSuspended(const Target& target, bool& survived, DescribeFrame describe) {
     std::vector<StackFrame> frames;
     frames.reserve(kMaxFrames);
     const SuspendedThread suspended(target.thread);
@@ -99,14 +106,19 @@ CaptureResult CaptureSuspended(const Target& target, bool& survived) {
     if (!GetThreadContext(target.thread, &context))
         return Failure(L"Failed to read thread context.");
 
-    survived = runGuarded([&] { Walk(target, suspended, context, frames); });
+    survived = runGuarded([&] { Walk(target, suspended, context, frames, describe); });
     if (!survived || !suspended.isHeld() || frames.empty()) return Failure(kWalkFailed);
     return {true, {}, std::move(frames)};
 }
 
+SymbolSession& Symbols() {
+    static SymbolSession symbols;
+    return symbols;
+}
+
 // Everything that takes long, the registration above all, is done before the thread is suspended.
 CaptureResult Capture(HANDLE process, DWORD pid, HANDLE thread) {
-    static SymbolSession symbols;
+    SymbolSession& symbols = Symbols();
     bool registered = false;
     bool survived = runGuarded([&] {
         registered = symbols.EnsureSymbols(process, pid);
@@ -115,12 +127,62 @@ CaptureResult Capture(HANDLE process, DWORD pid, HANDLE thread) {
     CaptureResult result = Failure(kWalkFailed);
     if (survived) {
         const HANDLE known = registered ? symbols.process() : process;
-        result = CaptureSuspended({known, thread, symbols.modules()}, survived);
+        const Target target{known, thread, symbols.modules()};
+        result =
+            CaptureSuspended(target, survived, [&](StackFrame& frame) { Describe(target, frame); });
     }
     // Whatever a crash left of the registration is not to be trusted.
     if (!survived) symbols.Forget();
     return result;
 }
+
+KernelHandle OpenThreadOf(DWORD pid, DWORD threadId) {
+    KernelHandle thread(OpenThread(
+        THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT | THREAD_QUERY_INFORMATION, FALSE, threadId));
+    // The id may have passed to a thread of another process since it was read.
+    if (thread && GetProcessIdOfThread(thread.get()) != pid) thread.reset();
+    return thread;
+}
+
+// The walks of one process's further threads, as long as there is time and the library survives.
+class ThreadWalks {
+  public:
+    ThreadWalks(HANDLE process, const std::vector<LoadedModule>& modules, unsigned limitMs)
+        : process_(process), modules_(modules), endMs_(GetTickCount64() + limitMs) {}
+
+    [[nodiscard]] bool canGoOn() const { return survived_ && GetTickCount64() < endMs_; }
+    [[nodiscard]] bool survived() const { return survived_; }
+
+    // Empty when the thread could not be walked, or not named in time.
+    std::vector<StackFrame> framesOf(HANDLE thread) {
+        const Target target{process_, thread, modules_};
+        CaptureResult walked = CaptureSuspended(target, survived_, [](StackFrame&) {});
+        for (StackFrame& frame : walked.frames) {
+            if (!canGoOn()) return {};
+            name(target, frame);
+        }
+        return std::move(walked.frames);
+    }
+
+  private:
+    // Threads share most of what they are in: the thread pool's wait, the start of a thread.
+    void name(const Target& target, StackFrame& frame) {
+        const auto [known, isNew] = named_.try_emplace(frame.address, frame);
+        if (isNew) {
+            survived_ = runGuarded([&, &named = known->second] {
+                ReadModule(target, named);
+                ReadFunction(target.process, named);
+            });
+        }
+        frame = known->second;
+    }
+
+    HANDLE process_;
+    const std::vector<LoadedModule>& modules_;
+    ULONGLONG endMs_;
+    bool survived_ = true;
+    std::map<std::uint64_t, StackFrame> named_;
+};
 
 class CaptureLock {
   public:
@@ -144,10 +206,8 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
             L"Cannot open the CDR process (insufficient rights). "
             L"Make sure CDR and this tool run as the same user.");
     }
-    const KernelHandle thread(OpenThread(
-        THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT | THREAD_QUERY_INFORMATION, FALSE, threadId));
-    // The id may have passed to a thread of another process since the list was made.
-    if (!thread || GetProcessIdOfThread(thread.get()) != pid) {
+    const KernelHandle thread = OpenThreadOf(pid, threadId);
+    if (!thread) {
         return Failure(
             L"Cannot access the CDR main thread. "
             L"It may be protected by security software - try whitelisting Mirelo.");
@@ -157,4 +217,27 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
     } catch (const std::exception&) {
         return Failure(kWalkFailed);
     }
+}
+
+std::vector<ThreadStack> CaptureThreadStacks(std::uint32_t pid,
+                                             const std::vector<std::uint32_t>& threadIds,
+                                             unsigned limitMs) {
+    const CaptureLock lock;
+    std::vector<ThreadStack> stacks;
+    try {
+        // Only behind a capture of the same process: a registration of its own takes too long here.
+        if (!Symbols().isOf(pid)) return stacks;
+        ThreadWalks walks(Symbols().process(), Symbols().modules(), limitMs);
+        for (const std::uint32_t id : threadIds) {
+            if (!walks.canGoOn()) break;
+            const KernelHandle thread = OpenThreadOf(pid, id);
+            std::vector<StackFrame> frames;
+            if (thread) frames = walks.framesOf(thread.get());
+            if (!frames.empty()) stacks.push_back({id, std::move(frames)});
+        }
+        if (!walks.survived()) Symbols().Forget();
+    } catch (const std::exception&) {
+        return stacks;
+    }
+    return stacks;
 }

@@ -36,3 +36,9 @@ struct CaptureResult {
     /// Top of the stack first.
     std::vector<StackFrame> frames;
 };
+
+/// The stack of one thread, top first; never empty.
+struct ThreadStack {
+    std::uint32_t threadId = 0;
+    std::vector<StackFrame> frames;
+};
