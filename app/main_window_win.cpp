@@ -3,14 +3,13 @@
 
 #include <windowsx.h>
 
-#include <thread>
-
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/dpi_win.h"
 #include "app/language.h"
 #include "app/language_file_win.h"
 #include "app/strings.h"
+#include "base/deadline_win.h"
 #include "base/text.h"
 #include "cloud/services_win.h"
 #include "cloud/signatures.h"
@@ -100,16 +99,15 @@ void loadSignatures(MainWindow& window) {
 }
 
 // Nobody waits for the download: it touches nothing of the window's, and its message is lost when
-// the window has gone. Without memory for a thread the program has no future: the exception ends
-// it. What a download loads would slow the start down: the window is shown first.
+// the window has gone. What a download loads would slow the start down: the window is shown first.
 void startBackgroundUpdate(MainWindow& window) {
     constexpr DWORD kLongestStartMs = 3000;
     if (!window.cloud.isNetworkEnabled()) return;
     window.painted = std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    std::thread([hwnd = window.hwnd, cloud = window.cloud, painted = window.painted] {
+    startDetached([hwnd = window.hwnd, cloud = window.cloud, painted = window.painted] {
         WaitForSingleObject(painted->get(), kLongestStartMs);
         if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
-    }).detach();
+    });
 }
 
 void onSignaturesUpdated(MainWindow& window) {
@@ -135,7 +133,7 @@ void onCreate(MainWindow& window) {
 }
 
 void onDestroy(MainWindow& window) {
-    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters());
+    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
     window.renderer.release();
     PostQuitMessage(0);
