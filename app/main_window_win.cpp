@@ -5,11 +5,13 @@
 
 #include "app/actions.h"
 #include "app/actions_win.h"
+#include "app/background_update_win.h"
 #include "app/dpi_win.h"
+#include "app/guarded_action.h"
 #include "app/language.h"
 #include "app/language_file_win.h"
 #include "app/strings.h"
-#include "base/deadline_win.h"
+#include "app/window_place.h"
 #include "base/text.h"
 #include "cloud/services_win.h"
 #include "cloud/signatures.h"
@@ -19,26 +21,31 @@ namespace {
 
 constexpr const wchar_t* kClassName = L"MireloMain";
 constexpr int kIconId = 100;
-constexpr int kDefaultWidthDip = 1040;
-constexpr int kDefaultHeightDip = 880;
-constexpr int kSmallestWidthDip = 880;
-constexpr int kSmallestHeightDip = 640;
 
-SIZE defaultSize(UINT dpi) {
-    return {pixelsFromDip(kDefaultWidthDip, dpi), pixelsFromDip(kDefaultHeightDip, dpi)};
+RectPx fromRect(const RECT& rect) {
+    return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+            static_cast<int>(rect.bottom)};
 }
 
-RECT centredInWorkArea(SIZE size) {
+RectPx primaryWorkArea() {
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    const LONG left = work.left + (work.right - work.left - size.cx) / 2;
-    const LONG top = work.top + (work.bottom - work.top - size.cy) / 2;
-    return {left, top, left + size.cx, top + size.cy};
+    return fromRect(work);
 }
 
-void moveTo(HWND hwnd, const RECT& rect, UINT flags) {
-    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                 flags);
+RectPx workAreaAround(HWND hwnd) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    const HMONITOR nearest = MonitorFromWindow(hwnd, MONITOR_DEFAULTTONEAREST);
+    return GetMonitorInfoW(nearest, &monitor) ? fromRect(monitor.rcWork) : primaryWorkArea();
+}
+
+void moveTo(HWND hwnd, const RectPx& rect, UINT flags) {
+    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(), flags);
+}
+
+void invalidate(const MainWindow& window) {
+    InvalidateRect(window.hwnd, nullptr, FALSE);
 }
 
 PointDip dipFromPixels(const MainWindow& window, POINT point) {
@@ -88,30 +95,22 @@ ActionHost hostOf(MainWindow& window) {
     };
 }
 
+ActionSite siteOf(MainWindow& window) {
+    return {window.session, window.host, window.state, window.hwnd};
+}
+
 void loadSignatures(MainWindow& window) {
-    LoadBuiltInRules(window.rules);
-    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
-    window.signatureStatus = signatureLabel(load.status);
+    LoadBuiltInRules(window.session.rules);
+    const SignatureLoad load = LoadSignatureBase(window.session.rules, window.session.cloud);
+    window.session.signatureStatus = signatureLabel(load.status);
     window.host.appendLog(
         L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
     window.host.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
                           decimalUnsigned(load.ruleCount) + L" rules)");
 }
 
-// Nobody waits for the download: it touches nothing of the window's, and its message is lost when
-// the window has gone. What a download loads would slow the start down: the window is shown first.
-void startBackgroundUpdate(MainWindow& window) {
-    constexpr DWORD kLongestStartMs = 3000;
-    if (!window.cloud.isNetworkEnabled()) return;
-    window.painted = std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    startDetached([hwnd = window.hwnd, cloud = window.cloud, painted = window.painted] {
-        WaitForSingleObject(painted->get(), kLongestStartMs);
-        if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
-    });
-}
-
 void onSignaturesUpdated(MainWindow& window) {
-    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    const SignatureLoad load = LoadSignatureBase(window.session.rules, window.session.cloud);
     if (load.ruleCount > 0) {
         window.host.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
@@ -120,20 +119,21 @@ void onSignaturesUpdated(MainWindow& window) {
 }
 
 void onCreate(MainWindow& window) {
-    setDpi(window, GetDpiForWindow(window.hwnd));
-    moveTo(window.hwnd, centredInWorkArea(defaultSize(window.dpi)), SWP_NOZORDER);
+    setDpi(window, dpiOf(window.hwnd));
+    moveTo(window.hwnd, firstPlace(window.dpi, primaryWorkArea()), SWP_NOZORDER);
     window.renderer.createFormats();
     window.renderer.createTarget(window.hwnd, window.dpi);
     readClientSize(window);
     window.host = hostOf(window);
-    window.cloud = SystemCloudServices();
+    window.session.cloud = SystemCloudServices();
     loadSignatures(window);
-    startBackgroundUpdate(window);
-    refreshInstances(window);
+    window.painted = startBackgroundUpdate(window.hwnd, kSignaturesUpdated, window.session.cloud);
+    runAction(kRefreshAction, siteOf(window));
 }
 
 void onDestroy(MainWindow& window) {
-    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters(kSpoolerLimitAtExitMs));
+    RestoreDefaultPrinterAtExit(window.session.printerSwitch,
+                                SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
     window.renderer.release();
     PostQuitMessage(0);
@@ -149,8 +149,9 @@ void onSize(MainWindow& window, LPARAM lParam) {
 
 void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     const UINT dpi = HIWORD(wParam);
-    setDpi(window, dpi != 0 ? dpi : GetDpiForWindow(window.hwnd));
-    moveTo(window.hwnd, *reinterpret_cast<const RECT*>(lParam), SWP_NOZORDER | SWP_NOACTIVATE);
+    setDpi(window, dpi != 0 ? dpi : dpiOf(window.hwnd));
+    moveTo(window.hwnd, fromRect(*reinterpret_cast<const RECT*>(lParam)),
+           SWP_NOZORDER | SWP_NOACTIVATE);
     window.renderer.createTarget(window.hwnd, window.dpi);
     readClientSize(window);
     invalidate(window);
@@ -158,8 +159,8 @@ void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
 
 void onGetMinMaxInfo(const MainWindow& window, LPARAM lParam) {
     reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
-        pixelsFromDip(kSmallestWidthDip, window.dpi),
-        pixelsFromDip(kSmallestHeightDip, window.dpi)};
+        pixelsFromDip(kSmallestSizeDip.width, window.dpi),
+        pixelsFromDip(kSmallestSizeDip.height, window.dpi)};
 }
 
 Layout layOut(MainWindow& window) {
@@ -167,12 +168,12 @@ Layout layOut(MainWindow& window) {
     input.clientWidthDip = window.clientWidthDip;
     input.clientHeightDip = window.clientHeightDip;
     input.currentTab = window.state.currentTab;
-    for (const CdrInstance& instance : window.state.instances) {
+    for (const CdrInstance& instance : window.session.instances) {
         input.instanceRows.push_back(InstanceRowText(instance));
     }
-    input.selectedInstance = window.state.selectedInstance;
-    input.signatureStatus = window.signatureStatus;
-    input.networkEnabled = window.cloud.isNetworkEnabled();
+    input.selectedInstance = window.session.selectedInstance;
+    input.signatureStatus = window.session.signatureStatus;
+    input.networkEnabled = window.session.cloud.isNetworkEnabled();
     Layout layout = buildLayout(input, measurerOf(window));
     takeLayout(window.state, layout);
     return layout;
@@ -220,8 +221,9 @@ void chooseLanguage(MainWindow& window, std::int32_t position) {
 
 void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
     const ClickEffects effects{
+        [&window](std::int32_t index) { window.session.selectedInstance = index; },
         [&window](std::int32_t position) { chooseLanguage(window, position); },
-        [&window](std::uint32_t id) { runAction(window, id); },
+        [&window](std::uint32_t id) { pressButton(window, id); },
     };
     if (dispatchClick(window.state, pointOf(window, lParam), measurerOf(window), effects)) {
         invalidate(window);
@@ -242,7 +244,7 @@ void onKeyDown(MainWindow& window, WPARAM key) {
         selectAll(window.state.log);
         invalidate(window);
     } else if (key == 'C') {
-        runAction(window, kCopyAction);
+        pressButton(window, kCopyAction);
         invalidate(window);
     }
 }
@@ -322,15 +324,24 @@ HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
 
 // The window may stand on another monitor than the one its first size was made for.
 void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
-    const UINT dpi = GetDpiForWindow(hwnd);
+    const UINT dpi = dpiOf(hwnd);
     if (dpi == 0 || dpi == usedDpi) return;
     RECT old{};
     GetWindowRect(hwnd, &old);
-    const SIZE size = defaultSize(dpi);
-    const LONG left = old.left + (old.right - old.left - size.cx) / 2;
-    const LONG top = old.top + (old.bottom - old.top - size.cy) / 2;
-    moveTo(hwnd, {left, top, left + size.cx, top + size.cy}, SWP_NOZORDER);
+    moveTo(hwnd, placeAround(fromRect(old), dpi, workAreaAround(hwnd)), SWP_NOZORDER);
 }
+
+// Marks that an action runs, for as long as it lives.
+class RunningAction {
+  public:
+    explicit RunningAction(bool& flag) : flag_(flag) { flag_ = true; }
+    RunningAction(const RunningAction&) = delete;
+    RunningAction& operator=(const RunningAction&) = delete;
+    ~RunningAction() { flag_ = false; }
+
+  private:
+    bool& flag_;
+};
 
 }  // namespace
 
@@ -348,14 +359,16 @@ HWND createMainWindow(HINSTANCE module, MainWindow& window) {
     windowClass.lpszClassName = kClassName;
     RegisterClassExW(&windowClass);
 
-    const RECT rect = centredInWorkArea(defaultSize(dpi));
-    HWND hwnd = CreateWindowExW(0, kClassName, tr("app_title"), WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                                rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                                nullptr, nullptr, module, &window);
+    const RectPx rect = firstPlace(dpi, primaryWorkArea());
+    HWND hwnd =
+        CreateWindowExW(0, kClassName, tr("app_title"), WS_OVERLAPPEDWINDOW | WS_VISIBLE, rect.left,
+                        rect.top, rect.width(), rect.height(), nullptr, nullptr, module, &window);
     if (hwnd != nullptr) correctSizeForDpi(hwnd, dpi);
     return hwnd;
 }
 
-void invalidate(const MainWindow& window) {
-    InvalidateRect(window.hwnd, nullptr, FALSE);
+void pressButton(MainWindow& window, std::uint32_t id) {
+    if (window.actionRunning) return;
+    const RunningAction running(window.actionRunning);
+    runGuarded(window.host, [&] { runAction(id, siteOf(window)); });
 }

@@ -14,7 +14,7 @@ void actOn(const HitTarget& target, WindowState& state, const ClickEffects& effe
             return;
         }
         case HitKind::instanceRow:
-            state.selectedInstance = static_cast<std::int32_t>(target.id - kFirstInstanceId);
+            effects.selectInstance(static_cast<std::int32_t>(target.id - kFirstInstanceId));
             return;
         case HitKind::languageChoice:
             effects.chooseLanguage(static_cast<std::int32_t>(target.id - kFirstLanguageId));
@@ -61,11 +61,6 @@ bool moveHover(WindowState& state, PointDip point) {
     return true;
 }
 
-void replaceInstances(WindowState& state, std::vector<CdrInstance> instances) {
-    state.instances = std::move(instances);
-    state.selectedInstance = RepairedSelection(state.selectedInstance, state.instances.size());
-}
-
 void copyReport(WindowState& state, const std::function<void(const std::wstring&)>& toClipboard) {
     const LineRange range = linesToCopy(state.log);
     if (range.count() == 0) {
@@ -79,9 +74,4 @@ void copyReport(WindowState& state, const std::function<void(const std::wstring&
 void clearReport(WindowState& state) {
     clearLines(state.log);
     state.statusText = L"Report cleared";
-}
-
-std::wstring signatureLabel(const std::wstring& status) {
-    const std::size_t parenthesis = status.find(L'\uFF08');
-    return parenthesis == std::wstring::npos ? status : status.substr(parenthesis);
 }

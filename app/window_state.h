@@ -1,4 +1,4 @@
-// What the window shows and works on, without the window itself.
+// What the window shows, without the window itself.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +8,9 @@
 
 #include "app/layout.h"
 #include "app/report_log.h"
-#include "cdr/cdr_instance.h"
 
 struct WindowState {
     std::int32_t currentTab = 0;
-    /// Replaced whole on every refresh.
-    std::vector<CdrInstance> instances;
-    /// Index into `instances`; -1 when the list is empty.
-    std::int32_t selectedInstance = -1;
     /// Index of the hit target under the mouse, -1 for none.
     std::int32_t hoverTarget = -1;
     /// The last message about the report itself.
@@ -27,6 +22,7 @@ struct WindowState {
 
 /// What a click may set off beyond the state.
 struct ClickEffects {
+    std::function<void(std::int32_t index)> selectInstance;
     std::function<void(std::int32_t position)> chooseLanguage;
     std::function<void(std::uint32_t id)> runAction;
 };
@@ -42,14 +38,7 @@ void takeLayout(WindowState& state, const Layout& layout);
 /// Notes which element is under the point. True when that changed.
 bool moveHover(WindowState& state, PointDip point);
 
-/// Replaces the instance list and keeps the selection valid.
-void replaceInstances(WindowState& state, std::vector<CdrInstance> instances);
-
 /// Hands the selected lines, or the whole report, to `toClipboard` and says so in the status text.
 void copyReport(WindowState& state, const std::function<void(const std::wstring&)>& toClipboard);
 
 void clearReport(WindowState& state);
-
-/// What the Cloud page shows of a loading status: from its full-width parenthesis on, if it has
-/// one.
-std::wstring signatureLabel(const std::wstring& status);
