@@ -54,7 +54,6 @@ struct Attempt {
     ThreadSpan probe;
     bool isResponsive = false;
     CaptureResult capture;
-    ThreadMoment resumed;
 };
 
 Attempt ProbeAndCapture(const CdrInstance& target, const CaptureSensors& sensors) {
@@ -64,13 +63,12 @@ Attempt ProbeAndCapture(const CdrInstance& target, const CaptureSensors& sensors
     attempt.probe.to = sensors.evidence.moment(target.mainThreadId);
     if (attempt.isResponsive) return attempt;
     attempt.capture = sensors.captureStack(target.pid, target.mainThreadId);
-    attempt.resumed = sensors.evidence.moment(target.mainThreadId);
     return attempt;
 }
 
 HangPlace PlaceOf(const CdrInstance& target, const Attempt& attempt, const SuspectFrame& suspect,
                   const HangPlace& earlier) {
-    const std::uint64_t nowUs = attempt.resumed.atUs;
+    const std::uint64_t nowUs = attempt.probe.to.atUs;
     HangPlace place{target.pid, target.mainThreadId,
                     FramesToSuspect(attempt.capture.frames, suspect), nowUs, nowUs};
     if (IsSamePlace(place, earlier)) place.sinceUs = earlier.sinceUs;
@@ -109,8 +107,7 @@ void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
     host.appendLog(L"===== Diagnosis =====");
     LogDiagnosis(host, diagnosis, suspect);
     LogTopFrames(host, frames);
-    LogEvidence(
-        host, sensors,
-        GatherEvidence(sensors.evidence,
-                       {last.place, frames, suspect, attempt.probe, attempt.resumed}, earlier));
+    LogEvidence(host, sensors,
+                GatherEvidence(sensors.evidence,
+                               {last.place, attempt.capture, suspect, attempt.probe}, earlier));
 }

@@ -17,7 +17,7 @@ std::uint64_t SecondsOf(std::uint64_t us) {
 
 std::wstring StuckOrWorking(unsigned percent) {
     constexpr unsigned kWaitingBelow = 10;
-    constexpr unsigned kComputingFrom = 50;
+    constexpr unsigned kComputingFrom = 30;
     const std::wstring figure = decimalUnsigned(percent);
     if (percent < kWaitingBelow) return L"waiting, " + figure + L" % of a core during the capture";
     return (percent < kComputingFrom ? L"computing part of the time (" : L"computing (") + figure +
@@ -25,12 +25,12 @@ std::wstring StuckOrWorking(unsigned percent) {
 }
 
 std::wstring StayedOrMoved(const HangPlace& place, const HangPlace& earlier) {
+    const bool isKnown =
+        !earlier.frames.empty() && place.pid == earlier.pid && place.threadId == earlier.threadId;
+    if (!isKnown) return {};
     if (IsSamePlace(place, earlier)) {
         return L"at the same place as " + decimalUnsigned(SecondsOf(place.seenUs - place.sinceUs)) +
                L" s ago";
-    }
-    if (earlier.frames.empty() || place.pid != earlier.pid || place.threadId != earlier.threadId) {
-        return {};
     }
     return L"moving: at another place than " +
            decimalUnsigned(SecondsOf(place.seenUs - earlier.seenUs)) + L" s ago";
@@ -133,8 +133,8 @@ std::wstring GeneratedCodeLine(const HangEvidence& evidence) {
     const auto behind =
         evidence.frames.begin() + static_cast<std::ptrdiff_t>(*evidence.generatedFrame);
     if (!std::all_of(behind, evidence.frames.end(), IsOfNoFile)) return {};
-    return L"The stack ends at frame " + decimalUnsigned(*evidence.generatedFrame + 1) +
-           L", in generated code (of a macro, a script or .NET); what called it cannot be seen.";
+    return L"The stack ends behind frame " + decimalUnsigned(*evidence.generatedFrame) +
+           L", in generated code (a macro, a script or .NET): what called it cannot be seen.";
 }
 
 // The lower the sooner shown; what is not worth a line is negative.

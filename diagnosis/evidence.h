@@ -73,7 +73,8 @@ struct HangEvidence {
     HangPlace place;
     /// Where the capture before this one found the main thread; of any process.
     HangPlace earlier;
-    /// The index of the frame that runs code which belongs to no file, if one was found.
+    /// The index of the frame in code that belongs to no file, if there is one; the number of
+    /// frames when that code is what the last of them was called from.
     std::optional<std::size_t> generatedFrame;
     WaitChain waits;
     std::vector<ThreadStack> otherThreads;

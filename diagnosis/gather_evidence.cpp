@@ -18,27 +18,28 @@ std::vector<std::uint32_t> ThreadsToVisit(const WaitChain& waits, const HangPlac
 
 std::optional<std::size_t> FindGeneratedFrame(const EvidenceSensors& sensors,
                                               const CapturedHang& hang) {
-    for (std::size_t i = 0; i < hang.frames.size(); ++i) {
-        const StackFrame& frame = hang.frames[i];
-        if (!frame.moduleName.empty() || !frame.imagePath.empty()) continue;
-        if (sensors.isGeneratedCode(hang.place.pid, frame.address)) return i;
+    const std::vector<StackFrame>& frames = hang.stack.frames;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        if (!frames[i].moduleName.empty() || !frames[i].imagePath.empty()) continue;
+        if (sensors.isGeneratedCode(hang.place.pid, frames[i].address)) return i;
     }
-    return std::nullopt;
+    const std::uint64_t stoppedAt = hang.stack.stoppedAt;
+    if (stoppedAt == 0 || !sensors.isGeneratedCode(hang.place.pid, stoppedAt)) return std::nullopt;
+    return frames.size();
 }
 
-// The thread stood still during the capture itself, so only the time around it counts. Windows
-// counts in ticks of 16 ms: a shorter time than this would say little.
+// While the target is probed it runs undisturbed, which it does not while its stacks are read.
+// Windows counts in ticks of 16 ms, so a probe that fails at once says too little and is followed
+// by a wait.
 std::optional<unsigned> MeasureWork(const EvidenceSensors& sensors, const CapturedHang& hang) {
     constexpr std::uint64_t kLeastUs = 250'000;
-    if (!hang.resumed.usedUs) return std::nullopt;
-    ThreadMoment now = sensors.moment(hang.place.threadId);
-    const std::uint64_t watchedUs =
-        (hang.probe.to.atUs - hang.probe.from.atUs) + (now.atUs - hang.resumed.atUs);
-    if (watchedUs < kLeastUs) {
-        sensors.pause(static_cast<unsigned>((kLeastUs - watchedUs) / 1000));
-        now = sensors.moment(hang.place.threadId);
-    }
-    return ProcessorPercent({hang.probe, {hang.resumed, now}});
+    const std::uint64_t watchedUs = hang.probe.to.atUs - hang.probe.from.atUs;
+    if (!hang.probe.to.usedUs || watchedUs >= kLeastUs) return ProcessorPercent({hang.probe});
+    ThreadSpan wait;
+    wait.from = sensors.moment(hang.place.threadId);
+    sensors.pause(static_cast<unsigned>((kLeastUs - watchedUs) / 1000));
+    wait.to = sensors.moment(hang.place.threadId);
+    return ProcessorPercent({hang.probe, wait});
 }
 
 }  // namespace
@@ -47,15 +48,15 @@ HangEvidence GatherEvidence(const EvidenceSensors& sensors, const CapturedHang& 
                             const HangPlace& earlier) {
     HangEvidence evidence;
     evidence.pid = hang.place.pid;
-    evidence.frames = hang.frames;
+    evidence.frames = hang.stack.frames;
     evidence.suspect = hang.suspect;
     evidence.place = hang.place;
     evidence.earlier = earlier;
+    evidence.processorPercent = MeasureWork(sensors, hang);
     evidence.generatedFrame = FindGeneratedFrame(sensors, hang);
     evidence.waits = sensors.waitChain(hang.place.threadId);
     evidence.otherThreads = sensors.captureThreads(
         hang.place.pid,
         ThreadsToVisit(evidence.waits, hang.place, sensors.threadsOf(hang.place.pid)));
-    evidence.processorPercent = MeasureWork(sensors, hang);
     return evidence;
 }

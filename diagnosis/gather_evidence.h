@@ -35,14 +35,13 @@ struct EvidenceSensors {
     };
 };
 
-/// One capture of a hanging main thread, and its time.
+/// One successful capture of a hanging main thread.
 struct CapturedHang {
     HangPlace place;
-    std::vector<StackFrame> frames;
+    CaptureResult stack;
     SuspectFrame suspect;
-    /// The thread's readings while it was probed, and when it ran again.
+    /// While it was probed.
     ThreadSpan probe;
-    ThreadMoment resumed;
 };
 
 /// The most threads, beside the main one, whose stacks are looked at.

@@ -20,7 +20,7 @@ constexpr const wchar_t* kWalkFailed =
     L"Stack walk failed. CDR may have recovered - capture again while it hangs.";
 
 CaptureResult Failure(const wchar_t* error) {
-    return {false, error, {}};
+    return {false, error, {}, 0};
 }
 
 // What one capture works on; all of it is borrowed.
@@ -68,11 +68,11 @@ void Describe(const Target& target, StackFrame& frame) {
     ReadLine(target.process, frame);
 }
 
-// Fills `frames` until the stack ends, or the thread runs again: what is read from a running thread
-// is no stack. `describe` is called for each.
+// Fills the frames until the stack ends, or the thread runs again: what is read from a running
+// thread is no stack. `describe` is called for each.
 template <typename DescribeFrame>
 void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& context,
-          std::vector<StackFrame>& frames, DescribeFrame describe) {
+          CaptureResult& walked, DescribeFrame describe) {
     STACKFRAME64 position{};
     position.AddrPC = {context.Rip, 0, AddrModeFlat};
     position.AddrFrame = {context.Rbp, 0, AddrModeFlat};
@@ -83,9 +83,12 @@ void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& conte
                          &context, nullptr, SymFunctionTableAccess64, SymGetModuleBase64,
                          nullptr) ||
             position.AddrPC.Offset == 0) {
+            const bool wasLedOn =
+                !walked.frames.empty() && walked.frames.back().address != position.AddrPC.Offset;
+            if (wasLedOn) walked.stoppedAt = position.AddrPC.Offset;
             return;
         }
-        StackFrame& frame = frames.emplace_back();
+        StackFrame& frame = walked.frames.emplace_back();
         frame.address = position.AddrPC.Offset;
         describe(frame);
     }
@@ -95,8 +98,8 @@ void Walk(const Target& target, const SuspendedThread& suspended, CONTEXT& conte
 // becomes false when the library crashed.
 template <typename DescribeFrame>
 CaptureResult CaptureSuspended(const Target& target, bool& survived, DescribeFrame describe) {
-    std::vector<StackFrame> frames;
-    frames.reserve(kMaxFrames);
+    CaptureResult walked;
+    walked.frames.reserve(kMaxFrames);
     const SuspendedThread suspended(target.thread);
     if (!suspended.isHeld()) return Failure(L"Failed to suspend the thread, please retry.");
 
@@ -106,9 +109,9 @@ CaptureResult CaptureSuspended(const Target& target, bool& survived, DescribeFra
     if (!GetThreadContext(target.thread, &context))
         return Failure(L"Failed to read thread context.");
 
-    survived = runGuarded([&] { Walk(target, suspended, context, frames, describe); });
-    if (!survived || !suspended.isHeld() || frames.empty()) return Failure(kWalkFailed);
-    return {true, {}, std::move(frames)};
+    survived = runGuarded([&] { Walk(target, suspended, context, walked, describe); });
+    walked.ok = survived && suspended.isHeld() && !walked.frames.empty();
+    return walked.ok ? std::move(walked) : Failure(kWalkFailed);
 }
 
 SymbolSession& Symbols() {
