@@ -43,7 +43,8 @@ constexpr const wchar_t* kWalkFailed =
 const auto fail = [](auto...) { return FALSE; };
 const auto crash = [](auto...) -> BOOL {
     volatile int* volatile nowhere = nullptr;
-    return *nowhere = 1;
+    *nowhere = 1;
+    return FALSE;
 };
 
 template <typename Function, typename Instead>
@@ -129,12 +130,12 @@ TEST_F(HostileCapture, IsCutShortByTheWatchdog) {
     // The watchdog's time is over as soon as a look-up is stuck.
     const Staged hurries(SleepConditionVariableSRWImitation,
                          [&](auto* changed, auto* lock, DWORD ms, ULONG flags) {
-                             const auto& real = SleepConditionVariableSRWImitation;
+                             auto& windows = SleepConditionVariableSRWImitation;
                              if (GetCurrentThreadId() == self || ms == INFINITE)
-                                 return real.real(changed, lock, ms, flags);
+                                 return windows.real(changed, lock, ms, flags);
                              patienceMs = ms;
                              while (lookUps == 0)
-                                 real.real(changed, lock, 1, flags);
+                                 windows.real(changed, lock, 1, flags);
                              return FALSE;
                          });
     const Staged blocks(SymFromAddrWImitation, [&](auto...) {
