@@ -34,7 +34,9 @@ bool IsKnown(HANDLE process, const LoadedModule& module) {
 }
 
 void Load(HANDLE process, const LoadedModule& module) {
-    SymLoadModuleExW(process, nullptr, module.path.c_str(), nullptr, module.base, module.sizeBytes,
+    const bool isLong = module.path.size() >= MAX_PATH;
+    const std::wstring path = (isLong ? L"\\\\?\\" : L"") + module.path;
+    SymLoadModuleExW(process, nullptr, path.c_str(), nullptr, module.base, module.sizeBytes,
                      nullptr, module.hasRemoteSymbols ? kNoSymbols : 0);
 }
 

@@ -17,3 +17,8 @@ void OpenNestedGroups(Handshake& handshake);
 
 /// Sends a message to a window whose thread does not look at it, and answers nobody meanwhile.
 void AskSilentWindow(Handshake& handshake);
+
+/// Never rests, and keeps the longest time during which it was not running, in ticks of the
+/// performance counter, as a LONG64 in the file mapping "Local\mirelo-practice-gap-PID"; whoever
+/// measures sets it back to 0.
+void WatchTheClock(Handshake& handshake);

@@ -118,3 +118,10 @@ void Forbid(HANDLE processOrThread) {
                 SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE) &&
                 SetKernelObjectSecurity(processOrThread, DACL_SECURITY_INFORMATION, &descriptor));
 }
+
+DWORD SuspendCount(DWORD threadId) {
+    const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, threadId));
+    const DWORD count = SuspendThread(thread.get());
+    ResumeThread(thread.get());
+    return count;
+}
