@@ -135,7 +135,7 @@ void report(const char* when, const Held& held) {
 }  // namespace
 
 TEST(Endurance, LeavesADayWithWhatItBeganWith) {
-    const PracticeProcess waiting(L"print");
+    const PracticeProcess waiting(L"lock-held");
     const PracticeProcess alsoWaiting(L"font");
     Day day;
     const auto live = [&](int captures, int lines, int documents) {
@@ -151,6 +151,7 @@ TEST(Endurance, LeavesADayWithWhatItBeganWith) {
     const Held after = day.held();
     report("after", after);
 
+    EXPECT_EQ(waiting.heldThreads() + alsoWaiting.heldThreads(), 0);
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_EQ(after.gdiObjects, before.gdiObjects);
     EXPECT_EQ(after.windows, before.windows);
