@@ -20,7 +20,7 @@ std::wstring realPathOf(HANDLE handle) {
 
 FileResult PinnedFolder::add(std::wstring folder, bool isBase) {
     // With its backslash the base may also be a drive.
-    const std::wstring path = longPath(folder) + (isBase ? L"\\" : L"");
+    const std::wstring path = longPath(isBase ? folder + L"\\" : folder);
     // A handle that may list takes part in sharing, one that may only read attributes does not.
     FileHandle handle(CreateFileW(
         path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,

@@ -27,11 +27,11 @@ class FileTransfer : public testing::Test {
 }  // namespace
 
 TEST_F(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
-    files.spoilsCopies = true;
+    files.spoilsWriting = true;
     EXPECT_EQ(transferFile(files, from, to, stamp).outcome, FileOutcome::changed);
     EXPECT_EQ(at(from), "contents");
     EXPECT_EQ(files.snapshot(L"D:\\b").size(), 0U);
-    files.spoilsCopies = false;
+    files.spoilsWriting = false;
 
     for (const std::wstring& taken : {to, partOf(to)}) {
         files.add(taken, "somebody's");
