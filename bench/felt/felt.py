@@ -4,11 +4,12 @@ import ctypes
 import pathlib
 import statistics
 import sys
+import tempfile
 import time
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "e2e"))
-from driver import BUILD, Desktop, Practice, WineBox, closing, stop  # noqa: E402
+from driver import BUILD, Desktop, Practice, WineBox, closing, stop, windows_path  # noqa: E402
 
 ALL_PLANES, Z_PIXMAP = ctypes.c_ulong(-1), 2
 
@@ -78,6 +79,11 @@ def main(rounds=9):
 
         with closing(Practice(wine, "plugin-sleep")), closing(Practice(wine, "print")):
             for line in wine.run(BUILD / "bench" / "felt" / "bench_felt.exe").splitlines():
+                what, ours, other, other_ms, ratio = line.split("|")
+                row(what, float(ours), other, float(other_ms), float(ratio))
+        with tempfile.TemporaryDirectory() as folder:
+            moves = wine.run(BUILD / "bench" / "felt" / "bench_felt_moves.exe", windows_path(folder))
+            for line in moves.splitlines():
                 what, ours, other, other_ms, ratio = line.split("|")
                 row(what, float(ours), other, float(other_ms), float(ratio))
         stop(keeper)
