@@ -35,7 +35,8 @@ struct Desk {
 
     Printers printers() {
         return {[this] { return JudgeDefaultPrinter(current, {}); },
-                [this](const std::wstring& name) {
+                [this](const std::wstring& name, const std::wstring& otherwise) {
+                    EXPECT_EQ(otherwise, state.savedDefaultPrinter.empty() ? current : L"");
                     if (!refuse) current = name;
                     return !refuse;
                 }};
