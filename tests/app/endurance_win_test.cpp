@@ -30,6 +30,7 @@ constexpr int kPainted = 10;
 struct Held {
     int handles;
     int windows;
+    DWORD gdiObjects;  // 0 under Wine
     std::size_t heapBytes;
 };
 
@@ -123,7 +124,8 @@ class Day {
     Held held() {
         pressButton(window_, kClearAction);
         paint();
-        return {OpenHandles(), ownWindows(), heapBytes()};
+        return {OpenHandles(), ownWindows(), GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+                heapBytes()};
     }
 
   private:
@@ -174,5 +176,6 @@ TEST(Endurance, LeavesADayWithWhatItBeganWith) {
 
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_EQ(after.windows, before.windows);
+    EXPECT_EQ(after.gdiObjects, before.gdiObjects);
     EXPECT_LT(after.heapBytes, before.heapBytes + (64 << 10));
 }
