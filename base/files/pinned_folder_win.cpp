@@ -43,6 +43,7 @@ FileResult PinnedFolder::add(std::wstring folder, bool isBase) {
 }
 
 FileResult PinnedFolder::pin(const std::wstring& base, const std::wstring& folder) {
+    if (holds(folder) && chain_.front().path == base) return {};
     const auto isOnTheWay = [&](const std::wstring& path) {
         return folder.starts_with(path) &&
                (folder.size() == path.size() || folder[path.size()] == L'\\');
@@ -61,7 +62,7 @@ FileResult PinnedFolder::pin(const std::wstring& base, const std::wstring& folde
 }
 
 bool PinnedFolder::holds(const std::wstring& folder) const {
-    return !chain_.empty() && chain_.back().path == folder;
+    return !realPath_.empty() && !chain_.empty() && chain_.back().path == folder;
 }
 
 void PinnedFolder::release() {

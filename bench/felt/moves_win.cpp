@@ -38,7 +38,7 @@ void writeFile(const std::wstring& path) {
 }
 
 void renameAll(const Names& from, const Names& to) {
-    for (int i = 0; i < kFiles; ++i)
+    for (std::size_t i = 0; i < from.size(); ++i)
         MoveFileExW(from[i].c_str(), to[i].c_str(), 0);
 }
 
