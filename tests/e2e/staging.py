@@ -65,6 +65,10 @@ class Spooler:
             self._wine.delete_registry(DEFAULT, "Device")
 
 
+def backups_folder(wine):
+    return wine.tool_folder.parents[1] / "Local" / "Mirelo" / "backups"
+
+
 @contextlib.contextmanager
 def caches_of_coreldraw(wine):
     """Files that are worth cleaning and one that is not; gives their contents."""
@@ -82,7 +86,7 @@ def caches_of_coreldraw(wine):
     finally:
         for path in contents:
             path.unlink(missing_ok=True)
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)
 
 
 @contextlib.contextmanager
@@ -99,4 +103,4 @@ def settings_of_coreldraw(wine):
         yield read
     finally:
         wine.delete_registry(r"HKCU\Software\Corel")
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)
