@@ -9,7 +9,6 @@
 
 #include "app/actions.h"
 #include "app/clipboard_win.h"
-#include "app/main_window_win.h"
 #include "build_settings.h"
 #include "cdr/dashboard.h"
 #include "cdr/instances_win.h"
@@ -17,6 +16,7 @@
 #include "cdr/responsiveness_win.h"
 #include "cloud/signatures.h"
 #include "cloud/submission.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
 #include "fixes/fix_actions_win.h"
@@ -27,86 +27,80 @@
 
 namespace {
 
-const CdrInstance* selected(const MainWindow& window) {
-    return SelectedInstance(window.state.instances, window.state.selectedInstance);
+const CdrInstance* selected(const Session& session) {
+    return SelectedInstance(session.instances, session.selectedInstance);
 }
 
-void checkEnvironment(MainWindow& window) {
-    OnEnvironmentCheck(window.host, RunEnvironmentCheck);
+void refresh(const ActionSite& site) {
+    replaceInstances(site.session, EnumerateCdrInstances());
 }
 
-void captureNow(MainWindow& window) {
-    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
-    OnCaptureNow(window.host, selected(window), window.rules, sensors, window.lastCapture);
+void checkEnvironment(const ActionSite& site) {
+    OnEnvironmentCheck(site.host, RunEnvironmentCheck);
 }
 
-void showDashboard(MainWindow& window) {
-    OnDashboard(window.host, selected(window), ReadMetrics);
+void captureNow(const ActionSite& site) {
+    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles,
+                                 SystemEvidence()};
+    OnCaptureNow(site.host, selected(site.session), site.session.rules, sensors,
+                 site.session.lastCapture);
 }
 
-void switchPrinter(MainWindow& window) {
-    OnTempPrinter(window.host, window.printerSwitch, SystemPrinters());
+void showDashboard(const ActionSite& site) {
+    OnDashboard(site.host, selected(site.session), ReadMetrics);
 }
 
-void cleanUp(MainWindow& window) {
-    OnCleanup(window.host);
+void switchPrinter(const ActionSite& site) {
+    OnTempPrinter(site.host, site.session.printerSwitch, SystemPrinters());
 }
 
-void restoreBackup(MainWindow& window) {
-    OnRestore(window.host);
+void cleanUp(const ActionSite& site) {
+    OnCleanup(site.host);
 }
 
-void optimizeSettings(MainWindow& window) {
-    OnOptimizeSettings(window.host);
+void restoreBackup(const ActionSite& site) {
+    OnRestore(site.host);
 }
 
-void slimFiles(MainWindow& window) {
-    onSlimFiles(window.hwnd, window.host);
+void optimizeSettings(const ActionSite& site) {
+    OnOptimizeSettings(site.host);
 }
 
-void updateSignatures(MainWindow& window) {
-    OnUpdateSignatures(window.host, window.rules, window.cloud);
+void slimFiles(const ActionSite& site) {
+    onSlimFiles(site.window, site.host);
 }
 
-void submitCapture(MainWindow& window) {
-    OnSubmit(window.host, window.lastCapture, window.cloud);
+void updateSignatures(const ActionSite& site) {
+    OnUpdateSignatures(site.host, site.session.rules, site.session.cloud);
 }
 
-void toggleNetwork(MainWindow& window) {
-    OnToggleNetwork(window.host, window.cloud);
+void submitCapture(const ActionSite& site) {
+    OnSubmit(site.host, site.session.lastCapture, site.session.cloud);
 }
 
-void copy(MainWindow& window) {
-    copyReport(window.state, [&](const std::wstring& text) { copyToClipboard(window.hwnd, text); });
+void toggleNetwork(const ActionSite& site) {
+    OnToggleNetwork(site.host, site.session.cloud);
 }
 
-void clear(MainWindow& window) {
-    clearReport(window.state);
+void copy(const ActionSite& site) {
+    copyReport(site.view, [&](const std::wstring& text) { copyToClipboard(site.window, text); });
 }
 
-void openWebsite(MainWindow&) {
+void clear(const ActionSite& site) {
+    clearReport(site.view);
+}
+
+void openWebsite(const ActionSite&) {
     ShellExecuteW(nullptr, L"open", MIRELO_WEBSITE, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
-// Marks that an action runs, for as long as it lives.
-class RunningAction {
-  public:
-    explicit RunningAction(bool& flag) : flag_(flag) { flag_ = true; }
-    RunningAction(const RunningAction&) = delete;
-    RunningAction& operator=(const RunningAction&) = delete;
-    ~RunningAction() { flag_ = false; }
-
-  private:
-    bool& flag_;
-};
-
 struct Action {
     std::uint32_t id;
-    void (*run)(MainWindow& window);
+    void (*run)(const ActionSite& site);
 };
 
 constexpr Action kActions[] = {
-    {kRefreshAction, refreshInstances},
+    {kRefreshAction, refresh},
     {kScanAction, checkEnvironment},
     {kCaptureAction, captureNow},
     {kDashboardAction, showDashboard},
@@ -125,15 +119,8 @@ constexpr Action kActions[] = {
 
 }  // namespace
 
-void runAction(MainWindow& window, std::uint32_t id) {
-    if (window.actionRunning) return;
+void runAction(std::uint32_t id, const ActionSite& site) {
     const auto* action = std::find_if(std::begin(kActions), std::end(kActions),
                                       [&](const Action& row) { return row.id == id; });
-    if (action == std::end(kActions)) return;
-    const RunningAction running(window.actionRunning);
-    action->run(window);
-}
-
-void refreshInstances(MainWindow& window) {
-    replaceInstances(window.state, EnumerateCdrInstances());
+    if (action != std::end(kActions)) action->run(site);
 }

@@ -1,4 +1,5 @@
-// Both functions are looked up by name: they came with later versions of Windows 10 and 8.1.
+// All three functions are looked up by name: the program starts without any of them, on the first
+// Windows 10 too.
 #include "app/dpi_win.h"
 
 #include "base/handle_win.h"
@@ -36,6 +37,8 @@ UINT startDpi() {
     return x != 0 ? x : kDefaultDpi;
 }
 
-int pixelsFromDip(int dip, UINT dpi) {
-    return static_cast<int>(dip * static_cast<double>(dpi) / 96);
+UINT dpiOf(HWND window) {
+    using GetDpi = UINT(WINAPI*)(HWND);
+    static const auto getDpi = lookUp<GetDpi>(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow");
+    return getDpi != nullptr ? getDpi(window) : startDpi();
 }

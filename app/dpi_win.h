@@ -1,4 +1,4 @@
-// Dots per inch: awareness, and what to start with.
+// Dots per inch: awareness, and what a monitor and a window have.
 #pragma once
 
 #include <windows.h>
@@ -9,5 +9,5 @@ void makeDpiAware();
 /// The primary monitor's effective DPI, 96 where it cannot be told.
 UINT startDpi();
 
-/// A length in device-independent pixels as whole pixels.
-int pixelsFromDip(int dip, UINT dpi);
+/// The window's DPI; where Windows keeps none for windows, the primary monitor's.
+UINT dpiOf(HWND window);

@@ -7,11 +7,15 @@
 #include "app/language_file_win.h"
 #include "app/main_window_win.h"
 
-int WINAPI wWinMain(HINSTANCE module, HINSTANCE, PWSTR, int) {
+int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, PWSTR, int) {
+    // A file on an absent disk fails; no box asks for the disk while a target is held.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    // Nor does the system offer to end a Mirelo that works on an action.
+    DisableProcessWindowsGhosting();
     initLanguage();
     makeDpiAware();
     MainWindow window;
-    createMainWindow(module, window);
+    createMainWindow(hInstance, window);
 
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0)) {

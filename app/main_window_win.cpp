@@ -3,13 +3,19 @@
 
 #include <windowsx.h>
 
+#include <iterator>
+#include <string_view>
+
 #include "app/actions.h"
 #include "app/actions_win.h"
+#include "app/background_update_win.h"
 #include "app/dpi_win.h"
+#include "app/guarded_action.h"
+#include "app/keyboard.h"
 #include "app/language.h"
 #include "app/language_file_win.h"
 #include "app/strings.h"
-#include "base/deadline_win.h"
+#include "app/window_place.h"
 #include "base/text.h"
 #include "cloud/services_win.h"
 #include "cloud/signatures.h"
@@ -19,26 +25,31 @@ namespace {
 
 constexpr const wchar_t* kClassName = L"MireloMain";
 constexpr int kIconId = 100;
-constexpr int kDefaultWidthDip = 1040;
-constexpr int kDefaultHeightDip = 880;
-constexpr int kSmallestWidthDip = 880;
-constexpr int kSmallestHeightDip = 640;
 
-SIZE defaultSize(UINT dpi) {
-    return {pixelsFromDip(kDefaultWidthDip, dpi), pixelsFromDip(kDefaultHeightDip, dpi)};
+RectPx fromRect(const RECT& rect) {
+    return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+            static_cast<int>(rect.bottom)};
 }
 
-RECT centredInWorkArea(SIZE size) {
+RectPx primaryWorkArea() {
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    const LONG left = work.left + (work.right - work.left - size.cx) / 2;
-    const LONG top = work.top + (work.bottom - work.top - size.cy) / 2;
-    return {left, top, left + size.cx, top + size.cy};
+    return fromRect(work);
 }
 
-void moveTo(HWND hwnd, const RECT& rect, UINT flags) {
-    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                 flags);
+RectPx workAreaAround(HWND hwnd) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    const HMONITOR nearest = MonitorFromWindow(hwnd, MONITOR_DEFAULTTONEAREST);
+    return GetMonitorInfoW(nearest, &monitor) ? fromRect(monitor.rcWork) : primaryWorkArea();
+}
+
+void moveTo(HWND hwnd, const RectPx& rect, UINT flags) {
+    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(), flags);
+}
+
+void invalidate(const MainWindow& window) {
+    InvalidateRect(window.hwnd, nullptr, FALSE);
 }
 
 PointDip dipFromPixels(const MainWindow& window, POINT point) {
@@ -82,36 +93,29 @@ ActionHost hostOf(MainWindow& window) {
         [&window](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
             const int answer =
                 MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style));
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
             return answer == IDYES && IsWindow(window.hwnd);
         },
         [&window](std::wstring text) { window.state.statusText = std::move(text); },
     };
 }
 
+ActionSite siteOf(MainWindow& window) {
+    return {window.session, window.host, window.state, window.hwnd};
+}
+
 void loadSignatures(MainWindow& window) {
-    LoadBuiltInRules(window.rules);
-    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
-    window.signatureStatus = signatureLabel(load.status);
+    LoadBuiltInRules(window.session.rules);
+    const SignatureLoad load = LoadSignatureBase(window.session.rules, window.session.cloud);
+    window.session.signatureStatus = signatureLabel(load.status);
     window.host.appendLog(
         L"Mirelo ready. When CDR hangs, switch to the Diagnose tab and click Capture Now.");
     window.host.appendLog(L"[Signatures] " + decimal(load.version) + L" (" +
                           decimalUnsigned(load.ruleCount) + L" rules)");
 }
 
-// Nobody waits for the download: it touches nothing of the window's, and its message is lost when
-// the window has gone. What a download loads would slow the start down: the window is shown first.
-void startBackgroundUpdate(MainWindow& window) {
-    constexpr DWORD kLongestStartMs = 3000;
-    if (!window.cloud.isNetworkEnabled()) return;
-    window.painted = std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    startDetached([hwnd = window.hwnd, cloud = window.cloud, painted = window.painted] {
-        WaitForSingleObject(painted->get(), kLongestStartMs);
-        if (BackgroundUpdate(cloud)) PostMessageW(hwnd, kSignaturesUpdated, 0, 0);
-    });
-}
-
 void onSignaturesUpdated(MainWindow& window) {
-    const SignatureLoad load = LoadSignatureBase(window.rules, window.cloud);
+    const SignatureLoad load = LoadSignatureBase(window.session.rules, window.session.cloud);
     if (load.ruleCount > 0) {
         window.host.appendLog(L"[Cloud] Signatures hot-updated to v" + decimal(load.version) +
                               L" in background (" + decimalUnsigned(load.ruleCount) + L" rules).");
@@ -120,20 +124,21 @@ void onSignaturesUpdated(MainWindow& window) {
 }
 
 void onCreate(MainWindow& window) {
-    setDpi(window, GetDpiForWindow(window.hwnd));
-    moveTo(window.hwnd, centredInWorkArea(defaultSize(window.dpi)), SWP_NOZORDER);
+    setDpi(window, dpiOf(window.hwnd));
+    moveTo(window.hwnd, firstPlace(window.dpi, primaryWorkArea()), SWP_NOZORDER);
     window.renderer.createFormats();
     window.renderer.createTarget(window.hwnd, window.dpi);
     readClientSize(window);
     window.host = hostOf(window);
-    window.cloud = SystemCloudServices();
+    window.session.cloud = SystemCloudServices();
     loadSignatures(window);
-    startBackgroundUpdate(window);
-    refreshInstances(window);
+    window.painted = startBackgroundUpdate(window.hwnd, kSignaturesUpdated, window.session.cloud);
+    runAction(kRefreshAction, siteOf(window));
 }
 
 void onDestroy(MainWindow& window) {
-    RestoreDefaultPrinterAtExit(window.printerSwitch, SystemPrinters(kSpoolerLimitAtExitMs));
+    RestoreDefaultPrinterAtExit(window.session.printerSwitch,
+                                SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
     window.renderer.release();
     PostQuitMessage(0);
@@ -149,8 +154,9 @@ void onSize(MainWindow& window, LPARAM lParam) {
 
 void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     const UINT dpi = HIWORD(wParam);
-    setDpi(window, dpi != 0 ? dpi : GetDpiForWindow(window.hwnd));
-    moveTo(window.hwnd, *reinterpret_cast<const RECT*>(lParam), SWP_NOZORDER | SWP_NOACTIVATE);
+    setDpi(window, dpi != 0 ? dpi : dpiOf(window.hwnd));
+    moveTo(window.hwnd, fromRect(*reinterpret_cast<const RECT*>(lParam)),
+           SWP_NOZORDER | SWP_NOACTIVATE);
     window.renderer.createTarget(window.hwnd, window.dpi);
     readClientSize(window);
     invalidate(window);
@@ -158,8 +164,8 @@ void onDpiChanged(MainWindow& window, WPARAM wParam, LPARAM lParam) {
 
 void onGetMinMaxInfo(const MainWindow& window, LPARAM lParam) {
     reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
-        pixelsFromDip(kSmallestWidthDip, window.dpi),
-        pixelsFromDip(kSmallestHeightDip, window.dpi)};
+        pixelsFromDip(kSmallestSizeDip.width, window.dpi),
+        pixelsFromDip(kSmallestSizeDip.height, window.dpi)};
 }
 
 Layout layOut(MainWindow& window) {
@@ -167,12 +173,12 @@ Layout layOut(MainWindow& window) {
     input.clientWidthDip = window.clientWidthDip;
     input.clientHeightDip = window.clientHeightDip;
     input.currentTab = window.state.currentTab;
-    for (const CdrInstance& instance : window.state.instances) {
+    for (const CdrInstance& instance : window.session.instances) {
         input.instanceRows.push_back(InstanceRowText(instance));
     }
-    input.selectedInstance = window.state.selectedInstance;
-    input.signatureStatus = window.signatureStatus;
-    input.networkEnabled = window.cloud.isNetworkEnabled();
+    input.selectedInstance = window.session.selectedInstance;
+    input.signatureStatus = window.session.signatureStatus;
+    input.networkEnabled = window.session.cloud.isNetworkEnabled();
     Layout layout = buildLayout(input, measurerOf(window));
     takeLayout(window.state, layout);
     return layout;
@@ -184,10 +190,13 @@ void onPaint(MainWindow& window) {
     if (!window.renderer.hasTarget()) window.renderer.createTarget(window.hwnd, window.dpi);
     const Layout layout = layOut(window);
     const bool painted = window.renderer.paint(
-        {layout, window.state.log, window.state.statusText, window.state.hoverTarget});
+        {layout, window.state.log, window.state.statusText, window.state.hoverTarget,
+         window.state.focusShown ? window.state.focus : std::nullopt});
     EndPaint(window.hwnd, &paint);
     if (window.painted) SetEvent(window.painted->get());
-    if (!painted) invalidate(window);
+    // Once more at once, but not for ever: a target that is lost again waits for the next occasion.
+    if (!painted && !window.targetLost) invalidate(window);
+    window.targetLost = !painted;
 }
 
 void onMouseMove(MainWindow& window, LPARAM lParam) {
@@ -202,13 +211,20 @@ void onMouseLeave(MainWindow& window) {
     invalidate(window);
 }
 
+// While an action runs the cursor waits; over this window it can be moved then only because a
+// question is open.
+const wchar_t* cursorAt(const MainWindow& window, POINT client) {
+    if (window.actionRunning) return IDC_ARROW;
+    const bool clickable = hitTest(window.state.hitTargets, dipFromPixels(window, client)) >= 0;
+    return clickable ? IDC_HAND : IDC_ARROW;
+}
+
 // The system asks before every mouse move: the answer must not depend on the move's handling.
-bool onSetCursor(const MainWindow& window, LPARAM lParam) {
+bool showCursor(const MainWindow& window) {
     POINT cursor{};
-    if (LOWORD(lParam) != HTCLIENT || !GetCursorPos(&cursor)) return false;
+    if (!GetCursorPos(&cursor)) return false;
     ScreenToClient(window.hwnd, &cursor);
-    const bool clickable = hitTest(window.state.hitTargets, dipFromPixels(window, cursor)) >= 0;
-    SetCursor(LoadCursorW(nullptr, clickable ? IDC_HAND : IDC_ARROW));
+    SetCursor(LoadCursorW(nullptr, cursorAt(window, cursor)));
     return true;
 }
 
@@ -218,12 +234,55 @@ void chooseLanguage(MainWindow& window, std::int32_t position) {
     SetWindowTextW(window.hwnd, tr("app_title"));
 }
 
-void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
-    const ClickEffects effects{
+ClickEffects effectsOf(MainWindow& window) {
+    return {
+        [&window](std::int32_t index) { window.session.selectedInstance = index; },
         [&window](std::int32_t position) { chooseLanguage(window, position); },
-        [&window](std::uint32_t id) { runAction(window, id); },
+        [&window](std::uint32_t id) { pressButton(window, id); },
     };
-    if (dispatchClick(window.state, pointOf(window, lParam), measurerOf(window), effects)) {
+}
+
+BOOL CALLBACK isQuestion(HWND hwnd, LPARAM found) {
+    wchar_t name[16] = L"";
+    GetClassNameW(hwnd, name, static_cast<int>(std::size(name)));
+    if (std::wstring_view(name) != L"#32770" || !IsWindowVisible(hwnd)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = hwnd;
+    return FALSE;
+}
+
+// A question has no owner, so it may lie behind this window, which then looks dead.
+void showOpenQuestion(MainWindow& window) {
+    HWND question = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), isQuestion, reinterpret_cast<LPARAM>(&question));
+    if (question == nullptr) return;
+    SetForegroundWindow(question);
+    window.host.setStatus(L"Please answer the open question first.");
+    invalidate(window);
+}
+
+// The second half of a double click would undo what the first one did.
+bool undoesItself(MainWindow& window, ElementId pressed) {
+    const LONG now = GetMessageTime();
+    const LONG since = now - window.lastPressTime;
+    const bool isSecond = pressed == window.lastPressed && since > 0 &&
+                          since <= static_cast<LONG>(GetDoubleClickTime());
+    window.lastPressTime = now;
+    window.lastPressed = pressed;
+    return isSecond && pressed.id == kNetworkAction;
+}
+
+void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
+    if (window.actionRunning) {
+        showOpenQuestion(window);
+        return;
+    }
+    const PointDip point = pointOf(window, lParam);
+    const int target = hitTest(window.state.hitTargets, point);
+    const ElementId pressed =
+        target >= 0 ? window.state.hitTargets[static_cast<std::size_t>(target)].identity()
+                    : ElementId{};
+    if (undoesItself(window, pressed)) return;
+    if (dispatchClick(window.state, point, measurerOf(window), effectsOf(window))) {
         invalidate(window);
     }
 }
@@ -236,13 +295,65 @@ void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     invalidate(window);
 }
 
-void onKeyDown(MainWindow& window, WPARAM key) {
-    if (GetKeyState(VK_CONTROL) >= 0) return;
+std::optional<Key> keyOf(WPARAM key) {
+    switch (key) {
+        case VK_TAB:
+            return GetKeyState(VK_SHIFT) < 0 ? Key::previous : Key::next;
+        case VK_LEFT:
+            return Key::left;
+        case VK_RIGHT:
+            return Key::right;
+        case VK_UP:
+            return Key::up;
+        case VK_DOWN:
+            return Key::down;
+        case VK_PRIOR:
+            return Key::pageUp;
+        case VK_NEXT:
+            return Key::pageDown;
+        case VK_HOME:
+            return Key::home;
+        case VK_END:
+            return Key::end;
+        case VK_SPACE:
+        case VK_RETURN:
+            return Key::act;
+        default:
+            return std::nullopt;
+    }
+}
+
+bool acts(WPARAM key) {
+    return key == VK_SPACE || key == VK_RETURN || key == VK_F5;
+}
+
+void onControlKey(MainWindow& window, WPARAM key) {
     if (key == 'A') {
         selectAll(window.state.log);
         invalidate(window);
     } else if (key == 'C') {
-        runAction(window, kCopyAction);
+        pressButton(window, kCopyAction);
+        invalidate(window);
+    }
+}
+
+void onKeyDown(MainWindow& window, WPARAM key, LPARAM lParam) {
+    if (GetKeyState(VK_CONTROL) < 0) {
+        onControlKey(window, key);
+        return;
+    }
+    const bool isHeld = (HIWORD(lParam) & KF_REPEAT) != 0;
+    if (acts(key) && (isHeld || window.actionRunning)) {
+        if (!isHeld) showOpenQuestion(window);
+        return;
+    }
+    if (key == VK_F5) {
+        pressButton(window, kRefreshAction);
+        invalidate(window);
+        return;
+    }
+    const std::optional<Key> known = keyOf(key);
+    if (known && dispatchKey(window.state, *known, measurerOf(window), effectsOf(window))) {
         invalidate(window);
     }
 }
@@ -286,13 +397,13 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
             onMouseWheel(window, wParam, lParam);
             return 0;
         case WM_KEYDOWN:
-            onKeyDown(window, wParam);
+            onKeyDown(window, wParam, lParam);
             return 0;
         case kSignaturesUpdated:
             onSignaturesUpdated(window);
             return 0;
         case WM_SETCURSOR:
-            if (onSetCursor(window, lParam)) return TRUE;
+            if (LOWORD(lParam) == HTCLIENT && showCursor(window)) return TRUE;
             break;
         default:
             break;
@@ -322,15 +433,43 @@ HICON loadIcon(HINSTANCE module, int widthMetric, int heightMetric) {
 
 // The window may stand on another monitor than the one its first size was made for.
 void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
-    const UINT dpi = GetDpiForWindow(hwnd);
+    const UINT dpi = dpiOf(hwnd);
     if (dpi == 0 || dpi == usedDpi) return;
     RECT old{};
     GetWindowRect(hwnd, &old);
-    const SIZE size = defaultSize(dpi);
-    const LONG left = old.left + (old.right - old.left - size.cx) / 2;
-    const LONG top = old.top + (old.bottom - old.top - size.cy) / 2;
-    moveTo(hwnd, {left, top, left + size.cx, top + size.cy}, SWP_NOZORDER);
+    moveTo(hwnd, placeAround(fromRect(old), dpi, workAreaAround(hwnd)), SWP_NOZORDER);
 }
+
+// Clicks and presses made in impatience would all act now, one after the other.
+void dropImpatientInput(HWND hwnd) {
+    MSG message;
+    while (PeekMessageW(&message, hwnd, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE) &&
+           message.message == WM_LBUTTONDOWN) {
+    }
+    while (PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_NOREMOVE) &&
+           message.message == WM_KEYDOWN && acts(message.wParam)) {
+        PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
+    }
+}
+
+// Marks that an action runs, for the window and for the eye, for as long as it lives.
+class RunningAction {
+  public:
+    explicit RunningAction(MainWindow& window) : window_(window) {
+        window_.actionRunning = true;
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    }
+    RunningAction(const RunningAction&) = delete;
+    RunningAction& operator=(const RunningAction&) = delete;
+    ~RunningAction() {
+        if (IsWindow(window_.hwnd)) dropImpatientInput(window_.hwnd);
+        window_.actionRunning = false;
+        showCursor(window_);
+    }
+
+  private:
+    MainWindow& window_;
+};
 
 }  // namespace
 
@@ -348,14 +487,16 @@ HWND createMainWindow(HINSTANCE module, MainWindow& window) {
     windowClass.lpszClassName = kClassName;
     RegisterClassExW(&windowClass);
 
-    const RECT rect = centredInWorkArea(defaultSize(dpi));
-    HWND hwnd = CreateWindowExW(0, kClassName, tr("app_title"), WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                                rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                                nullptr, nullptr, module, &window);
+    const RectPx rect = firstPlace(dpi, primaryWorkArea());
+    HWND hwnd =
+        CreateWindowExW(0, kClassName, tr("app_title"), WS_OVERLAPPEDWINDOW | WS_VISIBLE, rect.left,
+                        rect.top, rect.width(), rect.height(), nullptr, nullptr, module, &window);
     if (hwnd != nullptr) correctSizeForDpi(hwnd, dpi);
     return hwnd;
 }
 
-void invalidate(const MainWindow& window) {
-    InvalidateRect(window.hwnd, nullptr, FALSE);
+void pressButton(MainWindow& window, std::uint32_t id) {
+    if (window.actionRunning) return;
+    const RunningAction running(window);
+    runGuarded(window.host, [&] { runAction(id, siteOf(window)); });
 }

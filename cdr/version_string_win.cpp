@@ -38,7 +38,7 @@ std::wstring ReadVersionString(const std::wstring& filePath, const std::wstring&
     }
     // The length is the resource's own claim and often wrong; the buffer's end is the honest bound.
     const auto* text = static_cast<const wchar_t*>(found);
-    const auto* end = reinterpret_cast<const wchar_t*>(resource.data() + size / 2 * 2);
+    const auto* end = reinterpret_cast<const wchar_t*>(resource.data() + std::size_t{size} / 2 * 2);
     return text < end ? std::wstring(text, wcsnlen(text, static_cast<std::size_t>(end - text)))
                       : std::wstring();
 }

@@ -1,12 +1,9 @@
 #!/usr/bin/env bash
-# Formatting and static analysis of the whole project.
+# Formatting, the order of the folders, and what belongs together: versions, and what documents name.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-mapfile -t files < <(git ls-files '*.cpp' '*.h' 2>/dev/null || true)
+mapfile -t files < <(git ls-files '*.cpp' '*.h')
 clang-format --dry-run --Werror "${files[@]}"
-
 python3 scripts/check_layers.py
-
-# What sees Windows headers is left to the compiler's warnings.
-mapfile -t checked < <(git ls-files '*.cpp' | grep -Ev '_win\.cpp$|^(practice|fuzz|bench|tests)/|/strings/')
-printf '%s\n' "${checked[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/native --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null
+python3 scripts/check_docs.py
+scripts/check_versions.sh

@@ -135,7 +135,7 @@ WindowsFileSystem::Pin WindowsFileSystem::pin(const std::wstring& folder) {
             pins_, [&](const PinnedFolder& pinned) { return pinned.holds(folder); });
         if (slot == pins_.end()) --slot;
         std::rotate(pins_.begin(), slot, slot + 1);
-        return {pins_[0].pin(folder.substr(0, base.size()), folder), &pins_[0]};
+        return {pins_[0].pin(folder.substr(0, base.size()), folder), pins_.data()};
     }
     return {{FileOutcome::outside}, nullptr};
 }

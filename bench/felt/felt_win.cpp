@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "app/actions.h"
-#include "app/actions_win.h"
 #include "app/main_window_win.h"
 #include "base/handle_win.h"
 #include "bench/rounds.h"
@@ -66,36 +65,35 @@ class Bench {
 
     // Each capture is of another process than the last, so that its symbols must be registered.
     bool captures() {
-        refreshInstances(window_);
-        if (window_.state.instances.size() < 2) {
+        pressButton(window_, kRefreshAction);
+        if (window_.session.instances.size() < 2) {
             std::printf("two CorelDRAWs are needed: the captures are skipped\n");
             return false;
         }
         paint();
         compare("click to diagnosis", {"the window", [this] { clickCapture(); }},
                 {"the debug-help library's walk and one paint", [this] {
-                     walkAlone(window_.state.instances.front());
+                     walkAlone(window_.session.instances.front());
                      paint();
                  }});
-        return !window_.lastCapture.frames.empty();
+        return !window_.session.lastCapture.frames.empty();
     }
 
     void update() {
         const std::string large = rules(2 << 20);
         const std::string small = rules(1000);
         const std::string* served = nullptr;
-        window_.cloud.isNetworkEnabled = [] { return true; };
-        window_.cloud.request = [&](std::wstring_view, std::wstring_view, std::string_view) {
-            return *served;
-        };
+        window_.session.cloud.isNetworkEnabled = [] { return true; };
+        window_.session.cloud.request = [&](std::wstring_view, std::wstring_view,
+                                            std::string_view) { return *served; };
         const std::wstring path = CacheFilePath() + L".bench";
-        window_.cloud.writeCache = [&](std::string_view body) {
+        window_.session.cloud.writeCache = [&](std::string_view body) {
             return realSlimFiles().writeWhole(
                 path, ByteView(reinterpret_cast<const std::uint8_t*>(body.data()), body.size()));
         };
         const auto clickWith = [&](const std::string& document) {
             served = &document;
-            runAction(window_, kUpdateAction);
+            pressButton(window_, kUpdateAction);
             paint();
         };
         compare("update of the rules", {"2 MiB", [&] { clickWith(large); }},
@@ -113,7 +111,7 @@ class Bench {
     }
 
     void clickCapture() {
-        window_.state.selectedInstance ^= 1;
+        window_.session.selectedInstance ^= 1;
         const auto button =
             std::find_if(window_.state.hitTargets.begin(), window_.state.hitTargets.end(),
                          [](const HitTarget& element) { return element.id == kCaptureAction; });

@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "app/actions.h"
-#include "app/actions_win.h"
 #include "app/main_window_win.h"
 #include "cloud/settings_win.h"
 #include "slim/slim_action.h"
@@ -55,20 +54,20 @@ class Day {
 
     void captures(int times) {
         for (int i = 0; i < times; ++i) {
-            if (i % 2 == 0) runAction(window_, kRefreshAction);
-            ASSERT_EQ(window_.state.instances.size(), 2U);
+            if (i % 2 == 0) pressButton(window_, kRefreshAction);
+            ASSERT_EQ(window_.session.instances.size(), 2U);
             // Another process costs a registration with the debug-help library, which is slow.
             constexpr int kInARow = 20;
-            window_.state.selectedInstance = i / kInARow % 2;
+            window_.session.selectedInstance = i / kInARow % 2;
             // A window that has gone counts as hung at once: few captures wait for the probe.
             constexpr int kProbed = 10;
             if (i % kProbed != 0) {
-                for (CdrInstance& instance : window_.state.instances)
+                for (CdrInstance& instance : window_.session.instances)
                     instance.mainWindow = nullptr;
             }
-            window_.lastCapture.frames.clear();
-            runAction(window_, kCaptureAction);
-            ASSERT_FALSE(window_.lastCapture.frames.empty()) << i;
+            window_.session.lastCapture.frames.clear();
+            pressButton(window_, kCaptureAction);
+            ASSERT_FALSE(window_.session.lastCapture.frames.empty()) << i;
             if (i % kPainted == 0) paint();
         }
     }
@@ -97,7 +96,7 @@ class Day {
 
     // What is held once the report is empty and all messages are handled.
     Held held() {
-        runAction(window_, kClearAction);
+        pressButton(window_, kClearAction);
         paint();
         return {OpenHandles(), GdiObjects(),     OwnWindows(),
                 HeapBytes(),   CommittedBytes(), ResidentBytes()};

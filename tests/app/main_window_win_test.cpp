@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/actions.h"
-#include "app/actions_win.h"
-#include "app/dpi_win.h"
+#include "app/window_place.h"
 #include "base/text.h"
 
 namespace {
@@ -73,7 +72,7 @@ TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
         window_.host.appendLog(text);
         paint();
     }
-    runAction(window_, kCopyAction);
+    pressButton(window_, kCopyAction);
     EXPECT_EQ(window_.state.statusText,
               L"Report copied (" + decimal(window_.state.log.lineCount()) + L" lines)");
     ASSERT_TRUE(OpenClipboard(nullptr));
@@ -87,12 +86,12 @@ TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
 TEST_F(MainWindowTest, RunsOneActionAtATime) {
     const int before = window_.state.log.lineCount();
     window_.actionRunning = true;
-    runAction(window_, kDashboardAction);
+    pressButton(window_, kDashboardAction);
     EXPECT_EQ(window_.state.log.lineCount(), before);
     window_.actionRunning = false;
-    window_.state.selectedInstance = -1;
-    runAction(window_, kDashboardAction);
+    window_.session.selectedInstance = -1;
+    pressButton(window_, kDashboardAction);
     EXPECT_EQ(window_.state.log.lineCount(), before + 1);
-    runAction(window_, 12345);
+    pressButton(window_, 12345);
     EXPECT_FALSE(window_.actionRunning);
 }

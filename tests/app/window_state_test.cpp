@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/actions.h"
+#include "app/session.h"
 #include "tests/app/fake_measure.h"
 
 namespace {
@@ -31,16 +32,18 @@ TEST(WindowState, ActsOnAClickByKind) {
         {HitKind::button, 77, -1, -1, -1, 77},
     };
     for (const auto& c : cases) {
+        std::int32_t instance = -1;
         std::int32_t language = -1;
         std::int32_t action = -1;
         WindowState state = stateWith(c.kind, c.id);
         state.currentTab = -1;
         EXPECT_TRUE(
             dispatchClick(state, {20, 20}, fakeMeasure,
-                          {[&](std::int32_t position) { language = position; },
+                          {[&](std::int32_t index) { instance = index; },
+                           [&](std::int32_t position) { language = position; },
                            [&](std::uint32_t id) { action = static_cast<std::int32_t>(id); }}));
         EXPECT_EQ(state.currentTab, c.tab) << c.id;
-        EXPECT_EQ(state.selectedInstance, c.instance) << c.id;
+        EXPECT_EQ(instance, c.instance) << c.id;
         EXPECT_EQ(language, c.language) << c.id;
         EXPECT_EQ(action, c.action) << c.id;
     }
