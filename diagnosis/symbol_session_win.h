@@ -32,6 +32,8 @@ class SymbolSession {
     /// Ends the registration.
     void Forget();
 
+    [[nodiscard]] bool isOf(DWORD pid) const { return process_ && pid_ == pid; }
+
     /// The handle that all symbol calls must use; null without a registration.
     [[nodiscard]] HANDLE process() const { return process_.get(); }
     [[nodiscard]] const std::vector<LoadedModule>& modules() const { return modules_; }
