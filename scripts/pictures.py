@@ -9,6 +9,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
@@ -31,6 +32,7 @@ CACHES = {
     "Local/Temp/Corel/export.log": 1_200_000,
     "Local/Corel/CorelDRAW Graphics Suite 2024/Draw/PreviewCache/page1.tmp": 640_000,
 }
+AGE_S = 30 * 24 * 3600  # what is younger than a day stays
 PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
 DOCUMENTS = {"catalogue.cdr": "x7-560-views", "poster.cdr": "x7-large", "logo.cdr": "x7-clean"}
 
@@ -145,6 +147,7 @@ def check_and_clean(wine):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.touch()
         os.truncate(path, size)
+        os.utime(path, (time.time() - AGE_S,) * 2)
     with closing(staging.Spooler(wine, OUTPUT)) as printers, closing(open_mirelo(wine, 960)) as mirelo:
         printers.default = "Studio Queue"
         mirelo.show(FIX_TAB)
