@@ -16,6 +16,7 @@
 #include "cdr/responsiveness_win.h"
 #include "cloud/signatures.h"
 #include "cloud/submission.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
 #include "fixes/fix_actions_win.h"
@@ -39,7 +40,8 @@ void checkEnvironment(const ActionSite& site) {
 }
 
 void captureNow(const ActionSite& site) {
-    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
+    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles,
+                                 SystemEvidence()};
     OnCaptureNow(site.host, selected(site.session), site.session.rules, sensors,
                  site.session.lastCapture);
 }

@@ -5,6 +5,7 @@
 
 #include "app/actions.h"
 #include "app/language.h"
+#include "app/report_log.h"
 #include "app/strings.h"
 
 namespace {
@@ -29,12 +30,23 @@ constexpr float kGridHintTop = 82;
 constexpr float kGridInset = 14;
 constexpr float kBigButtonTop = 48;
 
+constexpr float kTitleBottom = 44;
+constexpr float kChoiceGap = 8;
+
 constexpr float kLogHeaderHeight = 22;
-constexpr float kLogHeaderGap = 6;
 constexpr float kLogButtonWidth = 96;
-constexpr float kLogBottomMargin = 16;
-// One line of text with the panel's margins: with less there is nothing to read.
-constexpr float kLowestLogPanel = 40;
+
+// The air that a page may choose. Where it leaves the report few lines, the report gets it.
+struct Air {
+    float betweenCards;
+    float belowContents;
+    float aboveReport;
+    float abovePanel;
+    float belowPanel;
+};
+constexpr Air kRoomy{12, 14, 12, 6, 16};
+constexpr Air kTight{6, 6, 6, 4, 8};
+constexpr float kEnoughLines = 6;
 
 struct PageArea {
     float x;
@@ -45,8 +57,9 @@ struct PageArea {
 // The page builders write into the layout and return where their page ends.
 class PageBuilder {
   public:
-    PageBuilder(Layout& layout, const LayoutInput& input, const MeasureText& measure)
-        : layout_(layout), input_(input), measure_(measure) {}
+    PageBuilder(Layout& layout, const LayoutInput& input, const MeasureText& measure,
+                const Air& air)
+        : layout_(layout), input_(input), measure_(measure), air_(air) {}
 
     void header();
     float page();
@@ -59,7 +72,9 @@ class PageBuilder {
     float aboutPage(PageArea area);
     float gridCard(RectDip rect, const char* titleKey, const char* hintKey);
     float hintedHeight(float cardWidth, const char* hintKey) const;
+    float buttonWidth(const char* key, float widest) const;
     float languageCard(PageArea area);
+    int languageColumns(float width) const;
 
     void card(RectDip rect, const char* titleKey, float inset = kPadding) {
         const RectDip title{rect.x + inset, rect.y + 10, rect.width - 2 * inset, 28};
@@ -91,6 +106,9 @@ class PageBuilder {
     Layout& layout_;
     const LayoutInput& input_;
     const MeasureText& measure_;
+    const Air& air_;
+    /// Where the last tab ends.
+    float tabsRight_ = 0;
     /// Where the page's elements begin in the list.
     std::ptrdiff_t pageStart_ = 0;
 };
@@ -113,7 +131,8 @@ void PageBuilder::header() {
         HitTarget& tab = add(HitKind::tab, TextStyle::tab, {x, kTabTop, width, kTabHeight}, text);
         tab.id = kFirstTabId + static_cast<std::uint32_t>(i);
         tab.selected = i == layout_.currentTab;
-        x += width + kTabGap;
+        tabsRight_ = x + width;
+        x = tabsRight_ + kTabGap;
     }
     pageStart_ = static_cast<std::ptrdiff_t>(layout_.hitTargets.size());
 }
@@ -168,7 +187,7 @@ float PageBuilder::hintedHeight(float cardWidth, const char* hintKey) const {
 float PageBuilder::gridCard(RectDip rect, const char* titleKey, const char* hintKey) {
     card(rect, titleKey, kGridInset);
     hint({rect.x + kGridInset, rect.y + kGridHintTop, rect.width - 2 * kGridInset,
-          rect.height - kGridHintTop - kGridInset},
+          rect.height - kGridHintTop - air_.belowContents},
          hintKey);
     return rect.y + kGridButtonTop;
 }
@@ -176,7 +195,6 @@ float PageBuilder::gridCard(RectDip rect, const char* titleKey, const char* hint
 float PageBuilder::fixPage(PageArea area) {
     constexpr float kSlimHeight = 190;
     constexpr float kSlimHintTop = 112;
-    constexpr float kLowestGridCard = 140;
     const auto [x, y, w] = area;
 
     card({x, y, w, kSlimHeight}, "card_fileslim");
@@ -191,7 +209,7 @@ float PageBuilder::fixPage(PageArea area) {
     const auto rowHeight = [&](const char* leftHint, const char* rightHint) {
         const float hintHeight =
             std::max(hintedHeight(column, leftHint), hintedHeight(column, rightHint));
-        return std::max(kLowestGridCard, kGridHintTop + hintHeight + kGridInset);
+        return kGridHintTop + hintHeight + air_.belowContents;
     };
 
     const float firstTop = y + kSlimHeight + kGap;
@@ -201,7 +219,7 @@ float PageBuilder::fixPage(PageArea area) {
     gridCard({right, firstTop, column, firstHeight}, "card_printer", "hint_printer");
     button(kPrinterAction, {right + kGridInset, top, inner, kButtonHeight}, "btn_printer");
 
-    const float secondTop = firstTop + firstHeight + kGap;
+    const float secondTop = firstTop + firstHeight + air_.betweenCards;
     const float secondHeight = rowHeight("hint_clean", "hint_settings");
     const float half = (inner - 8) / 2;
     top = gridCard({x, secondTop, column, secondHeight}, "card_cleanup", "hint_clean");
@@ -212,51 +230,78 @@ float PageBuilder::fixPage(PageArea area) {
     return secondTop + secondHeight;
 }
 
+// As wide as its text asks, and no wider than a hand finds at a glance.
+float PageBuilder::buttonWidth(const char* key, float widest) const {
+    constexpr float kUsualWidth = 280;
+    constexpr float kTextAir = 20;
+    const float text = measure_(tr(key), TextStyle::button, input_.clientWidthDip).widthDip;
+    return std::min(std::max(kUsualWidth, text + 2 * kTextAir), widest);
+}
+
 float PageBuilder::cloudPage(PageArea area) {
-    constexpr float kStatusHeight = 86;
-    constexpr float kButtonsHeight = 102;
+    constexpr float kStatusTop = 46;
+    constexpr float kStatusHeight = 22;
     const auto [x, y, w] = area;
     const float inner = w - 2 * kPadding;
+    const float half = (inner - kGap) / 2;
+    const float buttonsHeight = kTitleBottom + kButtonHeight + air_.belowContents;
 
-    card({x, y, w, kStatusHeight}, "card_sigs");
-    label({x + 18, y + 46, w - 36, 22},
+    const float statusHeight = kStatusTop + kStatusHeight + air_.belowContents;
+    card({x, y, w, statusHeight}, "card_sigs");
+    label({x + 18, y + kStatusTop, w - 36, kStatusHeight},
           input_.signatureStatus.empty() ? tr("cloud_loading") : input_.signatureStatus);
 
-    const float operationsTop = y + kStatusHeight + kGap;
-    const float half = (inner - kGap) / 2;
-    card({x, operationsTop, w, kButtonsHeight}, "card_cloudop");
-    button(kUpdateAction, {x + kPadding, operationsTop + kBigButtonTop, half, kButtonHeight},
-           "btn_update");
+    const float operationsTop = y + statusHeight + air_.betweenCards;
+    const float buttonTop = operationsTop + kTitleBottom;
+    const float updateWidth = buttonWidth("btn_update", half);
+    card({x, operationsTop, w, buttonsHeight}, "card_cloudop");
+    button(kUpdateAction, {x + kPadding, buttonTop, updateWidth, kButtonHeight}, "btn_update");
     primaryButton(kSubmitAction,
-                  {x + kPadding + half + kGap, operationsTop + kBigButtonTop, half, kButtonHeight},
+                  {x + kPadding + updateWidth + kGap, buttonTop, buttonWidth("btn_submit", half),
+                   kButtonHeight},
                   "btn_submit", TextStyle::button);
 
-    const float networkTop = operationsTop + kButtonsHeight + kGap;
-    card({x, networkTop, w, kButtonsHeight}, "card_network");
-    button(kNetworkAction, {x + kPadding, networkTop + kBigButtonTop, inner, kButtonHeight},
-           input_.networkEnabled ? "net_on" : "net_off");
-    return networkTop + kButtonsHeight;
+    const float networkTop = operationsTop + buttonsHeight + air_.betweenCards;
+    const char* const network = input_.networkEnabled ? "net_on" : "net_off";
+    card({x, networkTop, w, buttonsHeight}, "card_network");
+    button(kNetworkAction,
+           {x + kPadding, networkTop + kTitleBottom, buttonWidth(network, inner), kButtonHeight},
+           network);
+    return networkTop + buttonsHeight;
+}
+
+// As many in a row as the longest name allows, within the rows that five columns need.
+int PageBuilder::languageColumns(float width) const {
+    constexpr float kTextAir = 8;
+    float widest = 0;
+    for (int i = 0; i < kLanguageCount; ++i) {
+        widest = std::max(
+            widest,
+            measure_(kLanguages[i].displayName, TextStyle::choice, input_.clientWidthDip).widthDip);
+    }
+    return width >= 7 * (widest + 2 * kTextAir) + 6 * kChoiceGap ? 7 : 5;
 }
 
 float PageBuilder::languageCard(PageArea area) {
-    constexpr int kColumns = 5;
     constexpr float kChoiceHeight = 34;
-    constexpr float kChoiceGap = 8;
-    constexpr int kRows = (kLanguageCount + kColumns - 1) / kColumns;
     const auto [x, y, w] = area;
     const float inner = w - 2 * kPadding;
-    const float choiceWidth = (inner - (kColumns - 1) * kChoiceGap) / kColumns;
-    const float height = 46 + kRows * (kChoiceHeight + kChoiceGap) - kChoiceGap + kPadding;
+    const int columns = languageColumns(inner);
+    const auto rows = static_cast<float>((kLanguageCount + columns - 1) / columns);
+    const float choiceWidth =
+        (inner - static_cast<float>(columns - 1) * kChoiceGap) / static_cast<float>(columns);
+    const float height =
+        kTitleBottom + rows * (kChoiceHeight + kChoiceGap) - kChoiceGap + air_.belowContents;
 
     card({x, y, w, height}, "lbl_language");
     for (int i = 0; i < kLanguageCount; ++i) {
-        const auto column = static_cast<float>(i % kColumns);
-        const int rowIndex = i / kColumns;
+        const auto column = static_cast<float>(i % columns);
+        const int rowIndex = i / columns;
         const auto row = static_cast<float>(rowIndex);
         HitTarget& choice =
             add(HitKind::languageChoice, TextStyle::choice,
                 {x + kPadding + column * (choiceWidth + kChoiceGap),
-                 y + 46 + row * (kChoiceHeight + kChoiceGap), choiceWidth, kChoiceHeight},
+                 y + kTitleBottom + row * (kChoiceHeight + kChoiceGap), choiceWidth, kChoiceHeight},
                 kLanguages[i].displayName);
         choice.id = kFirstLanguageId + static_cast<std::uint32_t>(i);
         choice.selected = kLanguages[i].index == currentLanguage();
@@ -266,26 +311,30 @@ float PageBuilder::languageCard(PageArea area) {
 
 float PageBuilder::aboutPage(PageArea area) {
     constexpr const char* kPromises[] = {"safety_1", "safety_2", "safety_3", "safety_4"};
-    constexpr float kTopHeight = 98;
     constexpr float kPromisePitch = 24;
+    constexpr float kBrandCardTop = 8;
+    const float topHeight = kTitleBottom + kButtonHeight + air_.belowContents;
     const auto [x, y, w] = area;
     const float column = (w - kGap) / 2;
     const float right = x + column + kGap;
 
-    card({x, y, column, kTopHeight}, nullptr);
-    add(HitKind::title, TextStyle::brand, {x + kPadding, y + 20, column - 2 * kPadding, 32},
-        tr("brand_title"));
-    add(HitKind::subtitle, TextStyle::subtitle, {x + kPadding, y + 54, column - 2 * kPadding, 24},
-        tr("brand_subtitle"));
-    card({right, y, column, kTopHeight}, "card_site");
+    card({x, y, column, topHeight}, nullptr);
+    add(HitKind::title, TextStyle::largeBrand,
+        {x + kPadding, y + kBrandCardTop, column - 2 * kPadding, 44}, tr("brand_title"));
+    add(HitKind::subtitle, TextStyle::subtitle,
+        {x + kPadding, y + kBrandCardTop + 44, column - 2 * kPadding, 24}, tr("brand_subtitle"));
+    card({right, y, column, topHeight}, "card_site");
     button(kWebsiteAction,
-           {right + kPadding, y + kBigButtonTop - 2, column - 2 * kPadding, kButtonHeight},
+           {right + kPadding, y + kTitleBottom, buttonWidth("btn_site", column - 2 * kPadding),
+            kButtonHeight},
            "btn_site");
 
-    const float safetyTop = languageCard({x, y + kTopHeight + kGap, w}) + kGap;
-    const float safetyHeight = 46 + std::size(kPromises) * kPromisePitch + kGap;
+    const float safetyTop =
+        languageCard({x, y + topHeight + air_.betweenCards, w}) + air_.betweenCards;
+    const float safetyHeight =
+        kTitleBottom + std::size(kPromises) * kPromisePitch + air_.belowContents;
     card({x, safetyTop, w, safetyHeight}, "card_safety");
-    float promiseTop = safetyTop + 44;
+    float promiseTop = safetyTop + kTitleBottom;
     for (const char* key : kPromises) {
         label({x + kPadding, promiseTop, w - 2 * kPadding, kPromisePitch}, tr(key));
         promiseTop += kPromisePitch;
@@ -294,12 +343,17 @@ float PageBuilder::aboutPage(PageArea area) {
 }
 
 void PageBuilder::logPanel(float pageBottom) {
-    const float headerTop = pageBottom + kGap;
-    const float panelTop = headerTop + kLogHeaderHeight + kLogHeaderGap;
-    const float height = input_.clientHeightDip - kLogBottomMargin - panelTop;
-    if (height < kLowestLogPanel) return;
-
+    const float headerTop = pageBottom + air_.aboveReport;
+    const float panelTop = headerTop + kLogHeaderHeight + air_.abovePanel;
+    const float height = input_.clientHeightDip - air_.belowPanel - panelTop;
     const float right = input_.clientWidthDip - kMargin;
+    const float line = smallestLineHeight(measure_);
+    // The last line of many a report is empty: one alone may say nothing.
+    if (height < kLogVerticalMargins + 2 * line) {
+        const float left = tabsRight_ + kGap;
+        layout_.newestLine = {left, kTabTop, right - left, kTabHeight};
+    }
+    if (height < kLogVerticalMargins + line) return;
     const float clearLeft = right - kLogButtonWidth;
     const float copyLeft = clearLeft - 8 - kLogButtonWidth;
     button(kClearAction, {clearLeft, headerTop, kLogButtonWidth, kLogHeaderHeight}, "log_clear",
@@ -313,16 +367,22 @@ void PageBuilder::logPanel(float pageBottom) {
     layout_.logPanel = {kMargin, panelTop, right - kMargin, height};
 }
 
-}  // namespace
-
-Layout buildLayout(const LayoutInput& input, const MeasureText& measure) {
+Layout layoutWith(const Air& air, const LayoutInput& input, const MeasureText& measure) {
     Layout layout;
     const bool known = input.currentTab >= 0 && input.currentTab < kTabCount;
     layout.currentTab = known ? input.currentTab : std::int32_t{kDiagnoseTab};
-    PageBuilder builder(layout, input, measure);
+    PageBuilder builder(layout, input, measure, air);
     builder.header();
     builder.logPanel(builder.page());
     return layout;
+}
+
+}  // namespace
+
+Layout buildLayout(const LayoutInput& input, const MeasureText& measure) {
+    Layout layout = layoutWith(kRoomy, input, measure);
+    const float enough = kLogVerticalMargins + kEnoughLines * smallestLineHeight(measure);
+    return layout.logPanel.height >= enough ? layout : layoutWith(kTight, input, measure);
 }
 
 int hitTest(const std::vector<HitTarget>& targets, PointDip point) {

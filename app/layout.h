@@ -19,7 +19,17 @@ enum class HitKind : std::uint32_t {
     tab = 7,
     instanceRow = 8,
     languageChoice = 9,
+    /// The report's panel as a whole: it takes the keyboard's focus and is never hit.
+    report = 10,
 };
+
+/// What makes an element the same wherever a new layout puts it.
+struct ElementId {
+    HitKind kind = HitKind::label;
+    std::uint32_t id = 0;
+    bool operator==(const ElementId&) const = default;
+};
+inline constexpr ElementId kReportId{HitKind::report, 0};
 
 /// The tabs, in their order.
 enum Tab : std::int32_t { kDiagnoseTab = 0, kFixTab = 1, kCloudTab = 2, kAboutTab = 3 };
@@ -43,7 +53,10 @@ struct HitTarget {
     bool selected = false;
 
     [[nodiscard]] RectDip rect() const { return {x, y, width, height}; }
-    [[nodiscard]] bool isClickable() const { return kind >= HitKind::button; }
+    [[nodiscard]] ElementId identity() const { return {kind, id}; }
+    [[nodiscard]] bool isClickable() const {
+        return kind >= HitKind::button && kind <= HitKind::languageChoice;
+    }
 };
 
 /// A surface behind elements; only drawn. The title may be empty.
@@ -63,6 +76,9 @@ struct Layout {
     RectDip status;
     /// The report's panel; of no width where the page leaves it no room.
     RectDip logPanel;
+    /// Where the newest line stands while the panel has no room for two: right of the tabs, with
+    /// the status while there is no panel at all. Else of no width.
+    RectDip newestLine;
 };
 
 /// What the layout depends on, besides the current language.

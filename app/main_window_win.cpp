@@ -3,11 +3,15 @@
 
 #include <windowsx.h>
 
+#include <iterator>
+#include <string_view>
+
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/background_update_win.h"
 #include "app/dpi_win.h"
 #include "app/guarded_action.h"
+#include "app/keyboard.h"
 #include "app/language.h"
 #include "app/language_file_win.h"
 #include "app/strings.h"
@@ -89,6 +93,7 @@ ActionHost hostOf(MainWindow& window) {
         [&window](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
             const int answer =
                 MessageBoxW(nullptr, text.c_str(), caption.c_str(), static_cast<UINT>(style));
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
             return answer == IDYES && IsWindow(window.hwnd);
         },
         [&window](std::wstring text) { window.state.statusText = std::move(text); },
@@ -185,10 +190,13 @@ void onPaint(MainWindow& window) {
     if (!window.renderer.hasTarget()) window.renderer.createTarget(window.hwnd, window.dpi);
     const Layout layout = layOut(window);
     const bool painted = window.renderer.paint(
-        {layout, window.state.log, window.state.statusText, window.state.hoverTarget});
+        {layout, window.state.log, window.state.statusText, window.state.hoverTarget,
+         window.state.focusShown ? window.state.focus : std::nullopt});
     EndPaint(window.hwnd, &paint);
     if (window.painted) SetEvent(window.painted->get());
-    if (!painted) invalidate(window);
+    // Once more at once, but not for ever: a target that is lost again waits for the next occasion.
+    if (!painted && !window.targetLost) invalidate(window);
+    window.targetLost = !painted;
 }
 
 void onMouseMove(MainWindow& window, LPARAM lParam) {
@@ -203,13 +211,20 @@ void onMouseLeave(MainWindow& window) {
     invalidate(window);
 }
 
+// While an action runs the cursor waits; over this window it can be moved then only because a
+// question is open.
+const wchar_t* cursorAt(const MainWindow& window, POINT client) {
+    if (window.actionRunning) return IDC_ARROW;
+    const bool clickable = hitTest(window.state.hitTargets, dipFromPixels(window, client)) >= 0;
+    return clickable ? IDC_HAND : IDC_ARROW;
+}
+
 // The system asks before every mouse move: the answer must not depend on the move's handling.
-bool onSetCursor(const MainWindow& window, LPARAM lParam) {
+bool showCursor(const MainWindow& window) {
     POINT cursor{};
-    if (LOWORD(lParam) != HTCLIENT || !GetCursorPos(&cursor)) return false;
+    if (!GetCursorPos(&cursor)) return false;
     ScreenToClient(window.hwnd, &cursor);
-    const bool clickable = hitTest(window.state.hitTargets, dipFromPixels(window, cursor)) >= 0;
-    SetCursor(LoadCursorW(nullptr, clickable ? IDC_HAND : IDC_ARROW));
+    SetCursor(LoadCursorW(nullptr, cursorAt(window, cursor)));
     return true;
 }
 
@@ -219,13 +234,55 @@ void chooseLanguage(MainWindow& window, std::int32_t position) {
     SetWindowTextW(window.hwnd, tr("app_title"));
 }
 
-void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
-    const ClickEffects effects{
+ClickEffects effectsOf(MainWindow& window) {
+    return {
         [&window](std::int32_t index) { window.session.selectedInstance = index; },
         [&window](std::int32_t position) { chooseLanguage(window, position); },
         [&window](std::uint32_t id) { pressButton(window, id); },
     };
-    if (dispatchClick(window.state, pointOf(window, lParam), measurerOf(window), effects)) {
+}
+
+BOOL CALLBACK isQuestion(HWND hwnd, LPARAM found) {
+    wchar_t name[16] = L"";
+    GetClassNameW(hwnd, name, static_cast<int>(std::size(name)));
+    if (std::wstring_view(name) != L"#32770" || !IsWindowVisible(hwnd)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = hwnd;
+    return FALSE;
+}
+
+// A question has no owner, so it may lie behind this window, which then looks dead.
+void showOpenQuestion(MainWindow& window) {
+    HWND question = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), isQuestion, reinterpret_cast<LPARAM>(&question));
+    if (question == nullptr) return;
+    SetForegroundWindow(question);
+    window.host.setStatus(L"Please answer the open question first.");
+    invalidate(window);
+}
+
+// The second half of a double click would undo what the first one did.
+bool undoesItself(MainWindow& window, ElementId pressed) {
+    const LONG now = GetMessageTime();
+    const LONG since = now - window.lastPressTime;
+    const bool isSecond = pressed == window.lastPressed && since > 0 &&
+                          since <= static_cast<LONG>(GetDoubleClickTime());
+    window.lastPressTime = now;
+    window.lastPressed = pressed;
+    return isSecond && pressed.id == kNetworkAction;
+}
+
+void onLeftButtonDown(MainWindow& window, LPARAM lParam) {
+    if (window.actionRunning) {
+        showOpenQuestion(window);
+        return;
+    }
+    const PointDip point = pointOf(window, lParam);
+    const int target = hitTest(window.state.hitTargets, point);
+    const ElementId pressed =
+        target >= 0 ? window.state.hitTargets[static_cast<std::size_t>(target)].identity()
+                    : ElementId{};
+    if (undoesItself(window, pressed)) return;
+    if (dispatchClick(window.state, point, measurerOf(window), effectsOf(window))) {
         invalidate(window);
     }
 }
@@ -238,13 +295,65 @@ void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     invalidate(window);
 }
 
-void onKeyDown(MainWindow& window, WPARAM key) {
-    if (GetKeyState(VK_CONTROL) >= 0) return;
+std::optional<Key> keyOf(WPARAM key) {
+    switch (key) {
+        case VK_TAB:
+            return GetKeyState(VK_SHIFT) < 0 ? Key::previous : Key::next;
+        case VK_LEFT:
+            return Key::left;
+        case VK_RIGHT:
+            return Key::right;
+        case VK_UP:
+            return Key::up;
+        case VK_DOWN:
+            return Key::down;
+        case VK_PRIOR:
+            return Key::pageUp;
+        case VK_NEXT:
+            return Key::pageDown;
+        case VK_HOME:
+            return Key::home;
+        case VK_END:
+            return Key::end;
+        case VK_SPACE:
+        case VK_RETURN:
+            return Key::act;
+        default:
+            return std::nullopt;
+    }
+}
+
+bool acts(WPARAM key) {
+    return key == VK_SPACE || key == VK_RETURN || key == VK_F5;
+}
+
+void onControlKey(MainWindow& window, WPARAM key) {
     if (key == 'A') {
         selectAll(window.state.log);
         invalidate(window);
     } else if (key == 'C') {
         pressButton(window, kCopyAction);
+        invalidate(window);
+    }
+}
+
+void onKeyDown(MainWindow& window, WPARAM key, LPARAM lParam) {
+    if (GetKeyState(VK_CONTROL) < 0) {
+        onControlKey(window, key);
+        return;
+    }
+    const bool isHeld = (HIWORD(lParam) & KF_REPEAT) != 0;
+    if (acts(key) && (isHeld || window.actionRunning)) {
+        if (!isHeld) showOpenQuestion(window);
+        return;
+    }
+    if (key == VK_F5) {
+        pressButton(window, kRefreshAction);
+        invalidate(window);
+        return;
+    }
+    const std::optional<Key> known = keyOf(key);
+    if (known && dispatchKey(window.state, *known, measurerOf(window), effectsOf(window))) {
         invalidate(window);
     }
 }
@@ -288,13 +397,13 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
             onMouseWheel(window, wParam, lParam);
             return 0;
         case WM_KEYDOWN:
-            onKeyDown(window, wParam);
+            onKeyDown(window, wParam, lParam);
             return 0;
         case kSignaturesUpdated:
             onSignaturesUpdated(window);
             return 0;
         case WM_SETCURSOR:
-            if (onSetCursor(window, lParam)) return TRUE;
+            if (LOWORD(lParam) == HTCLIENT && showCursor(window)) return TRUE;
             break;
         default:
             break;
@@ -331,16 +440,35 @@ void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
     moveTo(hwnd, placeAround(fromRect(old), dpi, workAreaAround(hwnd)), SWP_NOZORDER);
 }
 
-// Marks that an action runs, for as long as it lives.
+// Clicks and presses made in impatience would all act now, one after the other.
+void dropImpatientInput(HWND hwnd) {
+    MSG message;
+    while (PeekMessageW(&message, hwnd, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE) &&
+           message.message == WM_LBUTTONDOWN) {
+    }
+    while (PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_NOREMOVE) &&
+           message.message == WM_KEYDOWN && acts(message.wParam)) {
+        PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
+    }
+}
+
+// Marks that an action runs, for the window and for the eye, for as long as it lives.
 class RunningAction {
   public:
-    explicit RunningAction(bool& flag) : flag_(flag) { flag_ = true; }
+    explicit RunningAction(MainWindow& window) : window_(window) {
+        window_.actionRunning = true;
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    }
     RunningAction(const RunningAction&) = delete;
     RunningAction& operator=(const RunningAction&) = delete;
-    ~RunningAction() { flag_ = false; }
+    ~RunningAction() {
+        if (IsWindow(window_.hwnd)) dropImpatientInput(window_.hwnd);
+        window_.actionRunning = false;
+        showCursor(window_);
+    }
 
   private:
-    bool& flag_;
+    MainWindow& window_;
 };
 
 }  // namespace
@@ -369,6 +497,6 @@ HWND createMainWindow(HINSTANCE module, MainWindow& window) {
 
 void pressButton(MainWindow& window, std::uint32_t id) {
     if (window.actionRunning) return;
-    const RunningAction running(window.actionRunning);
+    const RunningAction running(window);
     runGuarded(window.host, [&] { runAction(id, siteOf(window)); });
 }

@@ -31,6 +31,11 @@ struct MainWindow {
     Renderer renderer;
     /// An action runs; its message boxes have no owner, so clicks still arrive meanwhile.
     bool actionRunning = false;
+    /// The last paint lost its target.
+    bool targetLost = false;
+    /// What the mouse pressed last, and the message's time.
+    ElementId lastPressed;
+    LONG lastPressTime = 0;
 };
 
 /// Registers the window class and creates the window. `window` must outlive the message loop. Null

@@ -24,6 +24,8 @@ struct FormatRow {
 constexpr FormatRow kFormats[] = {
     {TextStyle::brand, 20, DWRITE_FONT_WEIGHT_BOLD, DWRITE_TEXT_ALIGNMENT_LEADING,
      DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
+    {TextStyle::largeBrand, 30, DWRITE_FONT_WEIGHT_BOLD, DWRITE_TEXT_ALIGNMENT_LEADING,
+     DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
     {TextStyle::subtitle, 13, DWRITE_FONT_WEIGHT_NORMAL, DWRITE_TEXT_ALIGNMENT_LEADING,
      DWRITE_PARAGRAPH_ALIGNMENT_CENTER, false},
     {TextStyle::cardTitle, 15, DWRITE_FONT_WEIGHT_SEMI_BOLD, DWRITE_TEXT_ALIGNMENT_LEADING,
@@ -165,9 +167,13 @@ bool Renderer::paint(const Scene& scene) {
     for (const Card& card : scene.layout.cards)
         drawCard(card);
     for (std::size_t i = 0; i < scene.layout.hitTargets.size(); ++i) {
-        drawTarget(scene.layout.hitTargets[i], std::cmp_equal(i, scene.hoverTarget));
+        const HitTarget& target = scene.layout.hitTargets[i];
+        if (target.isClickable() && target.identity() == scene.focus) drawFocus(target.rect());
+        drawTarget(target, std::cmp_equal(i, scene.hoverTarget));
     }
+    if (scene.focus == kReportId) drawFocus(scene.log.panel);
     drawLog(scene.log);
+    drawNewestLine(scene);
     drawText(scene.statusText, TextStyle::subtitle, scene.layout.status, Colour::secondaryText);
 
     const HRESULT result = target_->EndDraw();
@@ -258,7 +264,31 @@ void Renderer::drawTarget(const HitTarget& target, bool hovered) {
         case HitKind::languageChoice:
             drawLanguageChoice(target, hovered);
             return;
+        case HitKind::report:
+            return;
     }
+}
+
+// A frame around the element, with a breath of white between; the element is drawn over it.
+void Renderer::drawFocus(const RectDip& rect) {
+    fillBox(inset(rect, -4), kButtonRadius + 4, Colour::mainText);
+    fillBox(inset(rect, -2), kButtonRadius + 2, Colour::surface);
+}
+
+// Where the page leaves the report no room, what an action says is still to be seen.
+void Renderer::drawNewestLine(const Scene& scene) {
+    constexpr float kStatusHeight = 18;
+    RectDip rect = scene.layout.newestLine;
+    fillBox(rect, kButtonRadius, Colour::panel);
+    rect = inset(rect, 4);
+    if (!scene.statusText.empty() && scene.layout.logPanel.width <= 0) {
+        const float top = scene.layout.newestLine.bottom() - kStatusHeight - 2;
+        drawText(scene.statusText, TextStyle::subtitle, {rect.x, top, rect.width, kStatusHeight},
+                 Colour::secondaryText);
+        rect.height = top - rect.y;
+    }
+    const std::wstring* text = newestText(scene.log);
+    if (text != nullptr) drawText(*text, TextStyle::log, rect, logLineColour(*text));
 }
 
 void Renderer::drawButton(const HitTarget& target, bool hovered) {
@@ -272,10 +302,12 @@ void Renderer::drawButton(const HitTarget& target, bool hovered) {
 }
 
 void Renderer::drawTab(const HitTarget& target, bool hovered) {
-    const Colour fill = target.selected ? Colour::accent
-                        : hovered       ? Colour::surface
-                                        : Colour::panel;
-    fillBox(target.rect(), kButtonRadius, fill);
+    if (target.selected) {
+        fillBox(target.rect(), kButtonRadius, Colour::accent);
+    } else {
+        outlinedBox(target.rect(), kButtonRadius, hovered ? Colour::accent : Colour::outline,
+                    Colour::surface);
+    }
     drawText(target.label, target.style, target.rect(),
              target.selected ? Colour::textOnAccent : Colour::accent);
 }

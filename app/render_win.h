@@ -8,6 +8,7 @@
 #include <wrl/client.h>
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "app/layout.h"
@@ -22,6 +23,8 @@ struct Scene {
     const std::wstring& statusText;
     /// Index of the hovered hit target, -1 for none.
     int hoverTarget;
+    /// The element that bears the focus mark.
+    std::optional<ElementId> focus;
 };
 
 /// Owns the drawing resources of one window. Every failure to draw is silent: the target and its
@@ -53,6 +56,8 @@ class Renderer {
     void drawText(const std::wstring& text, TextStyle style, const RectDip& rect, Colour colour);
     void drawCard(const Card& card);
     void drawTarget(const HitTarget& target, bool hovered);
+    void drawFocus(const RectDip& rect);
+    void drawNewestLine(const Scene& scene);
     void drawButton(const HitTarget& target, bool hovered);
     void drawTab(const HitTarget& target, bool hovered);
     void drawInstanceRow(const HitTarget& target, bool hovered);

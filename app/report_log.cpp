@@ -7,7 +7,6 @@ namespace {
 
 constexpr float kSmallestLine = 17;
 constexpr float kLineAir = 3;
-constexpr float kVerticalMargins = 14;
 constexpr float kFirstLineOffset = 8;
 constexpr float kNarrowestPanel = 10;
 constexpr int kWheelNotch = 120;
@@ -32,6 +31,7 @@ void shiftSelectionUp(ReportLog& log) {
 
 void appendLine(ReportLog& log, std::wstring text) {
     log.lines.push_back(std::move(text));
+    ++log.written;
     if (log.lineCount() > kMaxLogLines) {
         log.lines.pop_front();
         shiftSelectionUp(log);
@@ -55,9 +55,33 @@ void selectLineAt(ReportLog& log, float y, const MeasureText& measure) {
 }
 
 void scrollLog(ReportLog& log, int delta) {
-    const auto wanted = static_cast<long long>(log.scrollBack) + delta / kWheelNotch;
+    const bool turnsBack = (delta > 0) != (log.wheelRemainder > 0);
+    const int turned = delta + (turnsBack ? 0 : log.wheelRemainder);
+    log.wheelRemainder = turned % kWheelNotch;
+    const auto wanted = static_cast<long long>(log.scrollBack) + turned / kWheelNotch;
     log.scrollBack =
         static_cast<int>(std::clamp<long long>(wanted, 0, std::numeric_limits<int>::max()));
+}
+
+void scrollLines(ReportLog& log, int lines, const MeasureText& measure) {
+    const int back = log.scrollBack;
+    log.scrollBack = 0;
+    const int furthest = firstVisibleLine(log, measure);
+    log.scrollBack = std::clamp(std::min(back, furthest) + lines, 0, std::max(furthest, 0));
+}
+
+int linesOfAPage(const ReportLog& log, const MeasureText& measure) {
+    const auto lines = visibleLines(log, measure);
+    const auto whole = std::count_if(lines.begin(), lines.end(), [&](const VisibleLine& line) {
+        return line.y + line.height <= log.panel.bottom();
+    });
+    return std::max(static_cast<int>(whole) - 1, 1);
+}
+
+const std::wstring* newestText(const ReportLog& log) {
+    const auto newest = std::find_if(log.lines.rbegin(), log.lines.rend(),
+                                     [](const std::wstring& line) { return !line.empty(); });
+    return newest != log.lines.rend() ? &*newest : nullptr;
 }
 
 bool isInPanel(const ReportLog& log, PointDip point) {
@@ -84,6 +108,11 @@ std::wstring joinedLines(const ReportLog& log, LineRange range) {
     return text;
 }
 
+float smallestLineHeight(const MeasureText& measure) {
+    constexpr float kUnbounded = 1000;
+    return std::max(kSmallestLine, measure(L"0", TextStyle::log, kUnbounded).heightDip + kLineAir);
+}
+
 float lineHeight(const ReportLog& log, const std::wstring& line, const MeasureText& measure) {
     if (line.empty()) return kSmallestLine;
     const float width = log.panel.width - 2 * kLogTextInset;
@@ -97,7 +126,7 @@ int firstVisibleLine(const ReportLog& log, const MeasureText& measure) {
     // Line 0 costs no measurement: whoever gets that far up shows it.
     for (int i = newest; i >= 1; --i) {
         used += lineHeight(log, log.lines[static_cast<std::size_t>(i)], measure);
-        if (used > log.panel.height - kVerticalMargins) break;
+        if (used > log.panel.height - kLogVerticalMargins) break;
         first = i == 1 ? 0 : i;
     }
     return std::max(first - std::min(log.scrollBack, std::max(first, 0)), 0);

@@ -1,6 +1,7 @@
 // The report: lines of text that every action writes into, with a selection and a scroll position.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
@@ -25,6 +26,10 @@ struct ReportLog {
     int selectionEnd = -1;
     /// Lines by which the view is scrolled back from the newest; never negative.
     int scrollBack = 0;
+    /// What of a wheel's turn is not yet a notch.
+    int wheelRemainder = 0;
+    /// All lines ever added, those that have left included.
+    std::uint64_t written = 0;
     /// Where the panel stands; set by the layout, of no width when the panel is not shown.
     RectDip panel;
 
@@ -41,8 +46,19 @@ void selectAll(ReportLog& log);
 /// Selects the line under a height in the panel, or nothing where there is no line.
 void selectLineAt(ReportLog& log, float y, const MeasureText& measure);
 
-/// Turns the wheel by `delta` (120 to a notch); upwards shows older lines.
+/// Turns the wheel by `delta` (120 to a notch); upwards shows older lines. What is less than a
+/// notch waits for the rest of it, as long as the wheel turns the same way.
 void scrollLog(ReportLog& log, int delta);
+
+/// Scrolls by lines, towards older ones when positive, and no further than there is something to
+/// see.
+void scrollLines(ReportLog& log, int lines, const MeasureText& measure);
+
+/// How many lines a page of the panel moves by: one less than it shows, at least one.
+int linesOfAPage(const ReportLog& log, const MeasureText& measure);
+
+/// The newest line that says something; null when none does.
+const std::wstring* newestText(const ReportLog& log);
 
 /// True when the panel is shown and holds the point.
 bool isInPanel(const ReportLog& log, PointDip point);
@@ -56,8 +72,12 @@ LineRange linesToCopy(const ReportLog& log);
 /// The lines of a range, each with a carriage return and a line feed behind it.
 std::wstring joinedLines(const ReportLog& log, LineRange range);
 
-/// What the panel leaves free left and right of its text.
+/// What the panel leaves free left and right of its text, and of its height.
 inline constexpr float kLogTextInset = 12;
+inline constexpr float kLogVerticalMargins = 14;
+
+/// Height of a line that does not wrap.
+float smallestLineHeight(const MeasureText& measure);
 
 /// Height of one line as drawn: its layout and a little air, never below the smallest line.
 float lineHeight(const ReportLog& log, const std::wstring& line, const MeasureText& measure);

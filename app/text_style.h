@@ -6,6 +6,7 @@
 
 enum class TextStyle {
     brand,
+    largeBrand,
     subtitle,
     cardTitle,
     tab,

@@ -4,38 +4,35 @@
 
 #include "base/text.h"
 
-namespace {
-
-void actOn(const HitTarget& target, WindowState& state, const ClickEffects& effects) {
-    switch (target.kind) {
+void actOn(WindowState& state, ElementId element, const ClickEffects& effects) {
+    switch (element.kind) {
         case HitKind::tab: {
-            const std::uint32_t index = target.id - kFirstTabId;
+            const std::uint32_t index = element.id - kFirstTabId;
             if (index < kTabCount) state.currentTab = static_cast<std::int32_t>(index);
             return;
         }
         case HitKind::instanceRow:
-            effects.selectInstance(static_cast<std::int32_t>(target.id - kFirstInstanceId));
+            effects.selectInstance(static_cast<std::int32_t>(element.id - kFirstInstanceId));
             return;
         case HitKind::languageChoice:
-            effects.chooseLanguage(static_cast<std::int32_t>(target.id - kFirstLanguageId));
+            effects.chooseLanguage(static_cast<std::int32_t>(element.id - kFirstLanguageId));
             return;
         default:
-            effects.runAction(target.id);
+            effects.runAction(element.id);
     }
 }
-
-}  // namespace
 
 bool dispatchClick(WindowState& state, PointDip point, const MeasureText& measure,
                    const ClickEffects& effects) {
     const int index = hitTest(state.hitTargets, point);
+    state.focusShown = false;
     if (index >= 0) {
-        // A copy: an action may let messages through that paint, and so replace the list.
-        const HitTarget target = state.hitTargets[static_cast<std::size_t>(index)];
-        actOn(target, state, effects);
+        state.focus = state.hitTargets[static_cast<std::size_t>(index)].identity();
+        actOn(state, *state.focus, effects);
         return true;
     }
     if (!isInPanel(state.log, point)) return false;
+    state.focus = kReportId;
     selectLineAt(state.log, point.y, measure);
     return true;
 }

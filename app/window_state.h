@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,10 @@ struct WindowState {
     ReportLog log;
     /// As last painted: what the user sees is what a click means.
     std::vector<HitTarget> hitTargets;
+    /// Where the keyboard is. It may name an element that the page does not have now.
+    std::optional<ElementId> focus;
+    /// Only who uses the keyboard sees where it is.
+    bool focusShown = false;
 };
 
 /// What a click may set off beyond the state.
@@ -26,6 +31,9 @@ struct ClickEffects {
     std::function<void(std::int32_t position)> chooseLanguage;
     std::function<void(std::uint32_t id)> runAction;
 };
+
+/// Does what the element is there for: the one path of clicks, keys and screen readers.
+void actOn(WindowState& state, ElementId element, const ClickEffects& effects);
 
 /// Acts on a click at a point. True when the window must be painted anew.
 bool dispatchClick(WindowState& state, PointDip point, const MeasureText& measure,

@@ -32,6 +32,8 @@ class SymbolSession {
     /// Ends the registration.
     void Forget();
 
+    [[nodiscard]] bool isOf(DWORD pid) const { return process_ && pid_ == pid; }
+
     /// The handle that all symbol calls must use; null without a registration.
     [[nodiscard]] HANDLE process() const { return process_.get(); }
     [[nodiscard]] const std::vector<LoadedModule>& modules() const { return modules_; }
@@ -41,8 +43,9 @@ class SymbolSession {
     DWORD pid_ = 0;
     /// What the library knows of.
     std::vector<LoadedModule> modules_;
-    /// Asks for a fresh registration at the next capture.
+    /// Asks for a fresh registration at the next capture. A required switch: nothing sets it.
     bool reload_ = false;
-    /// Where symbol files are looked for besides the library's own places; empty means nowhere.
+    /// Where symbol files are looked for besides the library's own places; empty means nowhere. A
+    /// required setting: nothing fills it.
     std::wstring searchPath_;
 };

@@ -1,5 +1,6 @@
 #include "practice/own_code.h"
 
+#include <cstring>
 #include <thread>
 
 namespace {
@@ -55,6 +56,27 @@ class SilentThread {
 void RebuildDrawing(Handshake& handshake) {
     SetEvent(handshake.first.inPlace.get());
     WaitForSingleObject(handshake.first.over.get(), INFINITE);
+}
+
+void SortObjects(Handshake& handshake) {
+    SetEvent(handshake.first.inPlace.get());
+    while (!handshake.first.isOver)
+        YieldProcessor();
+}
+
+void RunMacro(Handshake& handshake) {
+    // sub rsp,72; call r8; add rsp,72; ret: hands its first two arguments on to its third.
+    constexpr unsigned char kCode[] = {0x48, 0x83, 0xEC, 0x48, 0x41, 0xFF,
+                                       0xD0, 0x48, 0x83, 0xC4, 0x48, 0xC3};
+    void* memory =
+        VirtualAlloc(nullptr, sizeof kCode, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE);
+    if (memory == nullptr) EndProcess(kExitLibraryMissing);
+    std::memcpy(memory, kCode, sizeof kCode);
+    const auto macro =
+        reinterpret_cast<DWORD (*)(HANDLE, DWORD, decltype(&WaitForSingleObject))>(memory);
+    SetEvent(handshake.first.inPlace.get());
+    macro(handshake.first.over.get(), INFINITE, WaitForSingleObject);
+    VirtualFree(memory, 0, MEM_RELEASE);
 }
 
 void OpenNestedGroups(Handshake& handshake) {

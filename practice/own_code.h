@@ -6,6 +6,12 @@
 /// Waits in its own function.
 void RebuildDrawing(Handshake& handshake);
 
+/// Computes in its own function.
+void SortObjects(Handshake& handshake);
+
+/// Waits in code that was made at run time and that no unwind data describes.
+void RunMacro(Handshake& handshake);
+
 /// Waits below more calls than any capture keeps.
 void OpenNestedGroups(Handshake& handshake);
 

@@ -10,4 +10,4 @@ cmake --preset windows -B build/release -DMIRELO_TESTS=OFF "$@" >/dev/null
 cmake --build build/release --target mirelo -- --quiet
 scripts/check_program.sh build/release/mirelo.exe
 # The files in the zip carry the commit's time.
-python3 packaging/pack.py build/release build/package "${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}"
+python3 -B packaging/pack.py build/release build/package "${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}"

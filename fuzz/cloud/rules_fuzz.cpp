@@ -16,8 +16,8 @@
 
 namespace {
 
-constexpr SystemFiles kNoSystemFiles{[](const std::wstring&) { return false; },
-                                     [](const std::wstring&) { return false; }};
+const SystemFiles kNoSystemFiles{[](const std::wstring&) { return false; },
+                                 [](const std::wstring&) { return false; }};
 
 StackFrame FrameFor(const SignatureRule& rule) {
     StackFrame frame;

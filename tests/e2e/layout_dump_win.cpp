@@ -54,5 +54,6 @@ int main(int argc, char** argv) {
     }
     print("panel", 0, layout.logPanel, {}, false, L"");
     print("status", 0, layout.status, {}, false, L"");
+    print("newest", 0, layout.newestLine, {}, false, L"");
     return 0;
 }
