@@ -16,8 +16,8 @@ sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 
 import first_aid
 import staging
-from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
-                    Practice, WineBox, closing, windows_path)
+from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
+                    Practice, WineBox, closing)
 
 PICTURES = ROOT / "docs" / "images"
 SCALE = 2
@@ -34,7 +34,8 @@ CACHES = {
 }
 AGE_S = 30 * 24 * 3600  # what is younger than a day stays
 PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
-DOCUMENTS = {"catalogue.cdr": "x7-560-views", "poster.cdr": "x7-large", "logo.cdr": "x7-clean"}
+DOCUMENTS = {"catalogue.cdr": staging.document(560, 200), "poster.cdr": staging.document(40, payload=800000),
+             "logo.cdr": staging.document(0, 0, 0)}
 
 # A quiet frame in the window manager, as large as the letters.
 THEME = """border.width: 2
@@ -163,9 +164,8 @@ def slim(wine):
     folder = OUTPUT / "documents"
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
-    wine.run(BUILD / "tests" / "slim" / "slim_tool.exe", "documents", windows_path(folder))
-    for name, shape in DOCUMENTS.items():
-        (folder / f"{shape}.cdr").rename(folder / name)
+    for name, contents in DOCUMENTS.items():
+        (folder / name).write_bytes(contents)
     (folder / "letterhead.cdr").write_bytes(b"RIFF\4\0\0\0CDRA")
     with closing(open_mirelo(wine, 910)) as mirelo:
         mirelo.show(FIX_TAB)

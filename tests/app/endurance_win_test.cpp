@@ -107,15 +107,16 @@ class Day {
     }
 
     void slimmedDocuments(int times) {
-        const Bytes document = buildDocument({});
+        const Bytes document = corpusDocument("x7");
         for (int i = 0; i < times; ++i) {
             const StagedFolder folder;
             const std::wstring path = folder.path() + L"\\plan.cdr";
-            ASSERT_TRUE(realSlimFiles().writeWhole(path, document));
+            WriteStaged(path, std::string(document.begin(), document.end()));
             const std::wstring answer = path + std::wstring(2, L'\0');
             slimSelection(answer, window_.host, realSlimFiles());
-            Bytes slimmed;
-            ASSERT_TRUE(readDocument(path, slimmed) && slimmed.size() < document.size());
+            FileImage slimmed;
+            ASSERT_TRUE(realSlimFiles().readWhole(path, slimmed));
+            ASSERT_LT(slimmed.bytes.size(), document.size());
         }
         paint();
     }
