@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "cdr/instances_win.h"
+#include "diagnosis/evidence_sensors_win.h"
 
 namespace {
 
@@ -86,6 +87,16 @@ void PracticeProcess::signal(const wchar_t* event) const {
 
 bool PracticeProcess::await(const wchar_t* event) const {
     return WaitForSingleObject(OpenSignal(name_, event).get(), kLimitMs) == WAIT_OBJECT_0;
+}
+
+int PracticeProcess::heldThreads() const {
+    int held = 0;
+    for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
+        const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, id));
+        if (SuspendThread(thread.get()) != 0) ++held;
+        ResumeThread(thread.get());
+    }
+    return held;
 }
 
 bool PracticeProcess::end() {
