@@ -98,10 +98,10 @@ void WatchTheClock(Handshake& handshake) {
     const std::wstring name =
         L"Local\\mirelo-practice-gap-" + std::to_wstring(GetCurrentProcessId());
     const KernelHandle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
-                                                  sizeof(LONG64), name.c_str()));
-    auto* longest = static_cast<volatile LONG64*>(
-        MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(LONG64)));
-    if (longest == nullptr) EndProcess(kExitStuck);
+                                                  sizeof(ClockWatch), name.c_str()));
+    auto* watch = static_cast<volatile ClockWatch*>(
+        MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(ClockWatch)));
+    if (watch == nullptr) EndProcess(kExitStuck);
     LARGE_INTEGER before{};
     QueryPerformanceCounter(&before);
     SetEvent(handshake.first.inPlace.get());
@@ -109,7 +109,8 @@ void WatchTheClock(Handshake& handshake) {
         LARGE_INTEGER now{};
         QueryPerformanceCounter(&now);
         const LONG64 gap = now.QuadPart - before.QuadPart;
-        if (gap > *longest) *longest = gap;
+        if (gap > watch->longestGapTicks) watch->longestGapTicks = gap;
+        watch->looks = watch->looks + 1;
         before = now;
     }
 }
