@@ -20,6 +20,7 @@ DIAGNOSES = {
     "font": ["[Stuck in font enumeration/rendering] (severity: high)"],
     "core-dll": ["[Blocked in a CDR core module]  Suspect module: crlgeometry"],
     "own-code": OWN_CODE,
+    "lock-held": OWN_CODE,
     "deep-stack": OWN_CODE,
     "send-message": OWN_CODE,
     "system-wait": ["[Could not classify automatically]  Suspect module: System-level wait (submit to analyze further)"],
@@ -42,6 +43,9 @@ def diagnose_every_hang(app, practice):
         assert (NO_MATCH in explanation) == ("severity" not in diagnosis[0]), way
         stack = [line for line in report[frames + 1:] if line.startswith("  ")]
         assert 1 <= len(stack) <= 8 and all("!" in line for line in stack), way
+        assert report.index("===== Evidence =====") == frames + len(stack) + 2, way
+        held = [line for line in report if line.startswith("[Evidence] Thread ") and "holder.cpg!" in line]
+        assert len(held) == (way == "lock-held"), way
         assert hung.process.poll() is None, way
         if way != "third-party":
             hung.close()
