@@ -107,15 +107,16 @@ class Day {
     }
 
     void slimmedDocuments(int times) {
-        const Bytes document = buildDocument({});
+        const Bytes document = corpusDocument("x7");
         for (int i = 0; i < times; ++i) {
             const StagedFolder folder;
             const std::wstring path = folder.path() + L"\\plan.cdr";
-            ASSERT_TRUE(realSlimFiles().writeWhole(path, document));
+            WriteStaged(path, std::string(document.begin(), document.end()));
             const std::wstring answer = path + std::wstring(2, L'\0');
             slimSelection(answer, window_.host, realSlimFiles());
-            Bytes slimmed;
-            ASSERT_TRUE(readDocument(path, slimmed) && slimmed.size() < document.size());
+            FileImage slimmed;
+            ASSERT_TRUE(realSlimFiles().readWhole(path, slimmed));
+            ASSERT_LT(slimmed.bytes.size(), document.size());
         }
         paint();
     }
@@ -158,7 +159,7 @@ void report(const char* when, const Held& held) {
 }  // namespace
 
 TEST(Endurance, LeavesADayWithWhatItBeganWith) {
-    const PracticeProcess waiting(L"print");
+    const PracticeProcess waiting(L"lock-held");
     const PracticeProcess alsoWaiting(L"font");
     Day day;
     const auto live = [&](int captures, int lines, int documents) {
@@ -174,6 +175,7 @@ TEST(Endurance, LeavesADayWithWhatItBeganWith) {
     const Held after = day.held();
     report("after", after);
 
+    EXPECT_EQ(waiting.heldThreads() + alsoWaiting.heldThreads(), 0);
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_EQ(after.windows, before.windows);
     EXPECT_EQ(after.gdiObjects, before.gdiObjects);
