@@ -9,14 +9,15 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 
 import first_aid
 import staging
-from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
-                    Practice, WineBox, closing, windows_path)
+from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
+                    Practice, WineBox, closing)
 
 PICTURES = ROOT / "docs" / "images"
 SCALE = 2
@@ -31,7 +32,10 @@ CACHES = {
     "Local/Temp/Corel/export.log": 1_200_000,
     "Local/Corel/CorelDRAW Graphics Suite 2024/Draw/PreviewCache/page1.tmp": 640_000,
 }
-DOCUMENTS = {"catalogue.cdr": "x7-560-views", "poster.cdr": "x7-large", "logo.cdr": "x7-clean"}
+AGE_S = 30 * 24 * 3600  # what is younger than a day stays
+PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
+DOCUMENTS = {"catalogue.cdr": staging.document(560, 200), "poster.cdr": staging.document(40, payload=800000),
+             "logo.cdr": staging.document(0, 0, 0)}
 
 # A quiet frame in the window manager, as large as the letters.
 THEME = """border.width: 2
@@ -116,8 +120,21 @@ def take(mirelo, name):
     keep(mirelo.screenshot(name), PICTURES / f"{name}.png")
 
 
+@contextlib.contextmanager
+def installed_practice(wine):
+    """The practice program where a CorelDRAW lies, for the paths in the report."""
+    suite = wine.prefix / "drive_c" / "Program Files" / "Corel"
+    shutil.copytree(BUILD / "practice", wine.prefix / "drive_c" / PROGRAM_FOLDER, dirs_exist_ok=True,
+                    ignore=shutil.ignore_patterns("CMakeFiles", "*.cmake", "plain"))
+    try:
+        yield "C:\\" + PROGRAM_FOLDER.replace("/", "\\") + "\\CorelDRW.exe"
+    finally:
+        shutil.rmtree(suite, ignore_errors=True)
+
+
 def capture(wine):
-    with closing(open_mirelo(wine, 720)) as mirelo, closing(Practice(wine, "plugin-sleep")):
+    with installed_practice(wine) as program, closing(open_mirelo(wine, 810)) as mirelo, \
+            closing(Practice(wine, "plugin-sleep", program)):
         mirelo.refresh()
         mirelo.click(CAPTURE)
         mirelo.wait_for_report("--- Top 8 frames ---")
@@ -131,6 +148,7 @@ def check_and_clean(wine):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.touch()
         os.truncate(path, size)
+        os.utime(path, (time.time() - AGE_S,) * 2)
     with closing(staging.Spooler(wine, OUTPUT)) as printers, closing(open_mirelo(wine, 960)) as mirelo:
         printers.default = "Studio Queue"
         mirelo.show(FIX_TAB)
@@ -146,9 +164,8 @@ def slim(wine):
     folder = OUTPUT / "documents"
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
-    wine.run(BUILD / "tests" / "slim" / "slim_tool.exe", "documents", windows_path(folder))
-    for name, shape in DOCUMENTS.items():
-        (folder / f"{shape}.cdr").rename(folder / name)
+    for name, contents in DOCUMENTS.items():
+        (folder / name).write_bytes(contents)
     (folder / "letterhead.cdr").write_bytes(b"RIFF\4\0\0\0CDRA")
     with closing(open_mirelo(wine, 910)) as mirelo:
         mirelo.show(FIX_TAB)

@@ -1,4 +1,4 @@
-#include "tests/slim/slim_model.h"
+#include "fuzz/slim/slim_model.h"
 
 #include <zlib.h>
 
@@ -16,21 +16,6 @@ std::string textAt(const Bytes& bytes, std::size_t start, std::size_t length) {
 
 ByteView range(const Bytes& bytes, std::size_t start, std::size_t end) {
     return ByteView(bytes).subspan(start, end - start);
-}
-
-std::uint32_t countRange(const Bytes& stream, std::size_t start, std::size_t end,
-                         const std::string& fourcc, int depth) {
-    std::uint32_t count = 0;
-    for (std::size_t p = start; depth < 8 && p + 8 <= end; p += p % 2) {
-        const std::size_t size = readU32(stream, p + 4);
-        if (p + 8 + size > end) break;
-        const std::string id = textAt(stream, p, 4);
-        if (id == fourcc) ++count;
-        if (id == "LIST" && size >= 4)
-            count += countRange(stream, p + 12, p + 8 + size, fourcc, depth + 1);
-        p += size + 8;
-    }
-    return count;
 }
 
 Bytes stripRange(const Bytes& stream, std::size_t start, std::size_t end, const std::string& fourcc,
@@ -60,43 +45,74 @@ Bytes stripRange(const Bytes& stream, std::size_t start, std::size_t end, const 
 
 struct Entry : ZipRecord {
     std::string key;
+    std::uint64_t local = 0;
+    std::uint64_t end = 0;
+    bool isWhole = false;
 };
 
-std::vector<Entry> readZip(const Bytes& file) {
+struct Archive {
     std::vector<Entry> entries;
+    bool isWhole = false;
+};
+
+std::string keyOf(std::string name) {
+    for (char& c : name)
+        c = c == '\\' ? '/' : c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    return name;
+}
+
+Entry readEntry(const Bytes& file, std::size_t at, std::size_t directory) {
+    const std::uint64_t n = file.size();
+    Entry entry;
+    entry.name = textAt(file, at + 46, readU16(file, at + 28));
+    entry.key = keyOf(entry.name);
+    entry.method = readU16(file, at + 10);
+    entry.time = readU32(file, at + 12);
+    entry.crc = readU32(file, at + 16);
+    entry.compressedSize = readU32(file, at + 20);
+    entry.uncompressedSize = readU32(file, at + 24);
+    entry.local = readU32(file, at + 42);
+    if (entry.local + 30 > n || readU32(file, entry.local) != 0x04034b50) return entry;
+    const std::size_t nameLength = readU16(file, entry.local + 26);
+    const std::uint64_t start = entry.local + 30 + nameLength + readU16(file, entry.local + 28);
+    entry.end = start + entry.compressedSize;
+    if (entry.end > n) return entry;
+    put(entry.data, range(file, start, entry.end));
+    const unsigned flags = readU16(file, at + 8) | readU16(file, entry.local + 6);
+    const bool isZip64 = std::uint64_t{entry.compressedSize} + 1 > UINT32_MAX ||
+                         entry.uncompressedSize == UINT32_MAX;
+    entry.isWhole = entry.end <= directory && (flags & 0x2041) == 0 && !isZip64 &&
+                    textAt(file, entry.local + 30, nameLength) == entry.name &&
+                    readU16(file, entry.local + 8) == entry.method;
+    return entry;
+}
+
+Archive readZip(const Bytes& file) {
+    Archive archive;
     const std::size_t n = file.size();
     std::size_t end = n;
-    for (std::size_t p = 0; p + 22 <= n; ++p) {
-        if (p + 65557 >= n && readU32(file, p) == 0x06054b50 && p + 22 + readU16(file, p + 20) == n)
-            end = p;
+    for (std::size_t p = n > 65557 ? n - 65557 : 0; p + 22 <= n; ++p) {
+        if (readU32(file, p) == 0x06054b50 && p + 22 + readU16(file, p + 20) == n) end = p;
     }
-    if (end == n) return entries;
-    std::uint64_t at = readU32(file, end + 16);
-    if (at + readU32(file, end + 12) > n) return entries;
-    for (unsigned left = readU16(file, end + 10); left > 0 && at <= n; --left) {
-        if (at + 46 > n || readU32(file, at) != 0x02014b50) break;
+    if (end == n) return archive;
+    const std::size_t directory = readU32(file, end + 16), total = readU16(file, end + 10);
+    if (std::uint64_t{directory} + readU32(file, end + 12) > n) return archive;
+    std::size_t at = directory;
+    while (archive.entries.size() < total && at + 46 <= n && readU32(file, at) == 0x02014b50) {
         const std::size_t nameLength = readU16(file, at + 28);
         if (at + 46 + nameLength > n) break;
-        Entry entry;
-        entry.name = entry.key = textAt(file, at + 46, nameLength);
-        for (char& c : entry.key)
-            c = c == '\\' ? '/' : c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-        entry.method = readU16(file, at + 10);
-        entry.time = readU32(file, at + 12);
-        entry.crc = readU32(file, at + 16);
-        entry.compressedSize = readU32(file, at + 20);
-        entry.uncompressedSize = readU32(file, at + 24);
-        const std::uint64_t local = readU32(file, at + 42);
-        if (local + 30 <= n && readU32(file, local) == 0x04034b50) {
-            const std::uint64_t start =
-                local + 30 + readU16(file, local + 26) + readU16(file, local + 28);
-            if (start + entry.compressedSize <= n)
-                put(entry.data, range(file, start, start + entry.compressedSize));
-        }
+        archive.entries.push_back(readEntry(file, at, directory));
         at += 46 + nameLength + readU16(file, at + 30) + readU16(file, at + 32);
-        entries.push_back(std::move(entry));
     }
-    return entries;
+    archive.isWhole = at == end && archive.entries.size() == total;
+    for (const Entry& entry : archive.entries) {
+        const auto overlaps = [&](const Entry& other) {
+            return &entry != &other && entry.local < other.end && other.local < entry.end;
+        };
+        archive.isWhole = archive.isWhole && entry.isWhole &&
+                          std::none_of(archive.entries.begin(), archive.entries.end(), overlaps);
+    }
+    return archive;
 }
 
 Bytes inflated(const Entry& entry) {
@@ -167,8 +183,15 @@ std::uint32_t clearPalette(std::vector<Entry>& entries) {
     return count;
 }
 
+bool holdsItsSum(const Entry& entry) {
+    if (entry.method != 0 && entry.method != 8) return true;
+    const Bytes contents = inflated(entry);
+    return contents.size() == entry.uncompressedSize &&
+           ::crc32_z(0, contents.data(), contents.size()) == entry.crc;
+}
+
 std::string verify(const Bytes& image) {
-    std::vector<Entry> entries = readZip(image);
+    std::vector<Entry> entries = readZip(image).entries;
     if (entries.empty()) return "ZIP structure damaged";
     Bytes stream = extract(entries, "content/riffdata.cdr", "riffdata.cdr");
     if (stream.empty()) {
@@ -196,10 +219,6 @@ Bytes repacked(std::vector<Entry>& entries) {
 
 bool modelIsRiff(const Bytes& stream) {
     return stream.size() >= 12 && textAt(stream, 0, 4) == "RIFF";
-}
-
-std::uint32_t modelCount(const Bytes& stream, const std::string& fourcc) {
-    return modelIsRiff(stream) ? countRange(stream, 12, stream.size(), fourcc, 0) : 0;
 }
 
 int modelStrip(Bytes& stream, const std::string& fourcc) {
@@ -233,26 +252,30 @@ void modelNormalise(Bytes& stream) {
 }
 
 ModelOutcome modelSlim(const Bytes& file) {
-    ModelOutcome outcome;
-    if (file.empty()) return {"Cannot read file", {}};
-    std::vector<Entry> entries = readZip(file);
+    if (file.empty()) return {"Cannot read file"};
+    Archive archive = readZip(file);
+    std::vector<Entry>& entries = archive.entries;
     if (entries.empty())
-        return {textAt(file, 0, 4) == "RIFF" ? "Legacy format" : "Not a recognizable", {}};
-    const std::uint32_t views = modelCount(extract(entries, "content/root.dat"), "bmrk") +
-                                modelCount(extract(entries, "content/data2.dat"), "bmrk");
+        return {textAt(file, 0, 4) == "RIFF" ? "Legacy format" : "Not a recognizable"};
+    ModelOutcome outcome;
     const std::uint32_t styles = stylesIn(extract(entries, kPalette, kOtherPalette));
     outcome.previews = static_cast<std::uint32_t>(std::erase_if(entries, isPreview));
-    if (views == 0 && styles == 0 && outcome.previews == 0) return {"clean", {}};
+    outcome.isIntact = archive.isWhole && std::all_of(entries.begin(), entries.end(), holdsItsSum);
 
-    for (const char* key :
-         {"content/root.dat", "content/root.dat", "content/data2.dat", "content/data2.dat"}) {
+    for (const char* key : {"content/root.dat", "content/data2.dat"}) {
         Bytes stream = extract(entries, key);
         const int removed = modelStrip(stream, "bmrk");
         if (removed <= 0) continue;
+        const Bytes stripped = stream;
         modelNormalise(stream);
+        outcome.isRepaired =
+            outcome.isRepaired ||
+            !std::equal(stripped.begin() + 8, stripped.end(), stream.begin() + 8) ||
+            stripped.size() % 4 != 0;
         replace(entries, key, stream);
         outcome.views += static_cast<std::uint32_t>(removed);
     }
+    if (outcome.views == 0 && styles == 0 && outcome.previews == 0) return {"clean"};
     outcome.colors = clearPalette(entries);
     outcome.image = repacked(entries);
     const std::string failure = verify(outcome.image);
