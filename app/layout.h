@@ -76,8 +76,8 @@ struct Layout {
     RectDip status;
     /// The report's panel; of no width where the page leaves it no room.
     RectDip logPanel;
-    /// Where the newest line stands while the panel has no room for two: right of the tabs, with the
-    /// status while there is no panel at all. Else of no width.
+    /// Where the newest line stands while the panel has no room for two: right of the tabs, with
+    /// the status while there is no panel at all. Else of no width.
     RectDip newestLine;
 };
 
