@@ -16,12 +16,14 @@
 #include "cdr/responsiveness_win.h"
 #include "cloud/signatures.h"
 #include "cloud/submission.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
-#include "fixes/fix_actions_win.h"
+#include "fixes/cleanup/cleanup_win.h"
 #include "fixes/health/environment.h"
 #include "fixes/health/environment_scan_win.h"
 #include "fixes/health/printer_win.h"
+#include "fixes/settings/settings_win.h"
 #include "slim/slim_action_win.h"
 
 namespace {
@@ -39,7 +41,8 @@ void checkEnvironment(const ActionSite& site) {
 }
 
 void captureNow(const ActionSite& site) {
-    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles};
+    const CaptureSensors sensors{IsWindowResponsive, CaptureMainThreadStack, kSystemFiles,
+                                 SystemEvidence()};
     OnCaptureNow(site.host, selected(site.session), site.session.rules, sensors,
                  site.session.lastCapture);
 }

@@ -31,8 +31,9 @@ const TextMap& packOf(std::int32_t language) {
     return maps[static_cast<std::size_t>(language)];
 }
 
-// Texts that take the place of the base table's, by the decimal FNV-1a hash of the key. Nothing
-// puts any there yet.
+// Texts that take the place of the base table's, by the decimal FNV-1a hash of the key (RFC draft
+// "The FNV Non-Cryptographic Hash Algorithm"). A required place for a maker's own wording: nothing
+// fills it, and it stays.
 const std::unordered_map<std::string, std::wstring>& overrides() {
     static const std::unordered_map<std::string, std::wstring> none;
     return none;

@@ -38,6 +38,43 @@ void LogTopFrames(const ActionHost& host, const std::vector<StackFrame>& frames)
     host.appendLog(L"");
 }
 
+void LogEvidence(const ActionHost& host, const CaptureSensors& sensors,
+                 const HangEvidence& evidence) {
+    const std::vector<std::wstring> lines =
+        EvidenceLines(evidence, {sensors.systemFiles, sensors.evidence.fileFacts});
+    if (lines.empty()) return;
+    host.appendLog(L"===== Evidence =====");
+    for (const std::wstring& line : lines)
+        host.appendLog(line);
+    host.appendLog(L"");
+}
+
+// The probe and, unless the target answered it, the capture.
+struct Attempt {
+    ThreadSpan probe;
+    bool isResponsive = false;
+    CaptureResult capture;
+};
+
+Attempt ProbeAndCapture(const CdrInstance& target, const CaptureSensors& sensors) {
+    Attempt attempt;
+    attempt.probe.from = sensors.evidence.moment(target.mainThreadId);
+    attempt.isResponsive = sensors.isResponsive(target.mainWindow, kProbeTimeoutMs);
+    attempt.probe.to = sensors.evidence.moment(target.mainThreadId);
+    if (attempt.isResponsive) return attempt;
+    attempt.capture = sensors.captureStack(target.pid, target.mainThreadId);
+    return attempt;
+}
+
+HangPlace PlaceOf(const CdrInstance& target, const Attempt& attempt, const SuspectFrame& suspect,
+                  const HangPlace& earlier) {
+    const std::uint64_t nowUs = attempt.probe.to.atUs;
+    HangPlace place{target.pid, target.mainThreadId,
+                    FramesToSuspect(attempt.capture.frames, suspect), nowUs, nowUs};
+    if (IsSamePlace(place, earlier)) place.sinceUs = earlier.sinceUs;
+    return place;
+}
+
 }  // namespace
 
 void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
@@ -49,22 +86,28 @@ void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
     }
     host.appendLog(L"[Capture] Target: PID " + decimalUnsigned(selected->pid) + L"  Version " +
                    ShownVersion(*selected));
-    if (sensors.isResponsive(selected->mainWindow, kProbeTimeoutMs)) {
+    const Attempt attempt = ProbeAndCapture(*selected, sensors);
+    if (attempt.isResponsive) {
         host.appendLog(
             L"[Capture] CDR main thread is responsive right now. Click 'Capture Now' again while "
             L"it hangs.");
         return;
     }
-    CaptureResult capture = sensors.captureStack(selected->pid, selected->mainThreadId);
-    if (!capture.ok) {
-        host.appendLog(L"[Capture] Failed: " + capture.error);
+    if (!attempt.capture.ok) {
+        host.appendLog(L"[Capture] Failed: " + attempt.capture.error);
         return;
     }
-    const SuspectFrame suspect = FindSuspect(capture.frames, sensors.systemFiles);
-    const Diagnosis diagnosis = MatchRules(rules, suspect, capture.frames);
-    last = {std::move(capture.frames), suspect.category, selected->version};
+    const std::vector<StackFrame>& frames = attempt.capture.frames;
+    const SuspectFrame suspect = FindSuspect(frames, sensors.systemFiles);
+    const Diagnosis diagnosis = MatchRules(rules, suspect, frames);
+    const HangPlace earlier = last.place;
+    last = {frames, suspect.category, selected->version,
+            PlaceOf(*selected, attempt, suspect, earlier)};
 
     host.appendLog(L"===== Diagnosis =====");
     LogDiagnosis(host, diagnosis, suspect);
-    LogTopFrames(host, last.frames);
+    LogTopFrames(host, frames);
+    LogEvidence(host, sensors,
+                GatherEvidence(sensors.evidence,
+                               {last.place, attempt.capture, suspect, attempt.probe}, earlier));
 }

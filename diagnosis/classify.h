@@ -1,6 +1,7 @@
 // Which frame is to blame: the first, from the top of the stack, that is not ordinary system code.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,9 +11,9 @@
 /// What classification asks about files on disk; both functions are always set.
 struct SystemFiles {
     /// The path begins with the system directory's (any case).
-    bool (*isInSystemDirectory)(const std::wstring& path);
+    std::function<bool(const std::wstring& path)> isInSystemDirectory;
     /// The file's "CompanyName" contains "Microsoft".
-    bool (*isMicrosoftFile)(const std::wstring& path);
+    std::function<bool(const std::wstring& path)> isMicrosoftFile;
 };
 
 struct SuspectFrame {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "diagnosis/stack_frame.h"
 
@@ -16,3 +17,11 @@
 /// no account of who suspended a thread. Nothing that could wait for the target is called
 /// meanwhile.
 CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId);
+
+/// The stacks of further threads of the process that was captured last, in the order of their ids.
+/// Each thread is suspended alone, under the same guard, and only for the walk: names are looked up
+/// once it runs again, source lines not at all. Threads that cannot be read, or not within
+/// `limitMs` for all together, are left out.
+std::vector<ThreadStack> CaptureThreadStacks(std::uint32_t pid,
+                                             const std::vector<std::uint32_t>& threadIds,
+                                             unsigned limitMs);

@@ -35,4 +35,12 @@ struct CaptureResult {
     std::wstring error;
     /// Top of the stack first.
     std::vector<StackFrame> frames;
+    /// Where the walk was led behind the last frame and could not go on; 0 where it came to an end.
+    std::uint64_t stoppedAt = 0;
+};
+
+/// The stack of one thread, top first; never empty.
+struct ThreadStack {
+    std::uint32_t threadId = 0;
+    std::vector<StackFrame> frames;
 };

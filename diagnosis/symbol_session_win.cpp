@@ -1,12 +1,28 @@
 #include "diagnosis/symbol_session_win.h"
 
 #include <dbghelp.h>
-#include <psapi.h>
 
 #include <algorithm>
-#include <vector>
+#include <iterator>
+#include <string_view>
+
+#include "base/text.h"
+#include "diagnosis/guarded_call_win.h"
+#include "diagnosis/module_list_win.h"
+#include "diagnosis/suspended_thread_win.h"
 
 namespace {
+
+// While a thread is held, symbols that take longer than this are done without.
+constexpr DWORD kSymbolPatienceMs = 2000;
+
+constexpr std::wstring_view kOnMostStacks[] = {
+    L"\\ntdll.dll",  L"\\kernel32.dll", L"\\kernelbase.dll",
+    L"\\user32.dll", L"\\win32u.dll",   L"\\coreldrw.exe",
+};
+
+// SLMFLAG_NO_SYMBOLS of the debug-help library's header, missing in the compiler's.
+constexpr DWORD kNoSymbols = 0x4;
 
 std::string AnsiFromWide(const std::wstring& wide) {
     const int wideLength = static_cast<int>(wide.size());
@@ -17,40 +33,35 @@ std::string AnsiFromWide(const std::wstring& wide) {
     return ansi;
 }
 
-// Module bases of the process, as many as fit; hundreds are usual.
-std::vector<HMODULE> ModulesOf(HANDLE process) {
-    std::vector<HMODULE> modules(2048);
-    DWORD neededBytes = 0;
-    if (!K32EnumProcessModules(process, modules.data(),
-                               static_cast<DWORD>(modules.size() * sizeof(HMODULE)),
-                               &neededBytes)) {
-        return {};
-    }
-    modules.resize(std::min<std::size_t>(modules.size(), neededBytes / sizeof(HMODULE)));
-    return modules;
+// The library asks again and again whether a load is to be given up; everything else is its own
+// affair.
+BOOL CALLBACK AnswerLibrary(HANDLE, ULONG action, ULONG64, ULONG64) {
+    return action == CBA_DEFERRED_SYMBOL_LOAD_CANCEL && isHoldOverdue(kSymbolPatienceMs);
 }
 
-void LoadModule(HANDLE process, HMODULE module) {
-    MODULEINFO info{};
-    wchar_t path[MAX_PATH] = {};
-    if (!K32GetModuleInformation(process, module, &info, sizeof info) ||
-        K32GetModuleFileNameExW(process, module, path, MAX_PATH) == 0) {
-        return;
-    }
-    SymLoadModuleExW(process, nullptr, path, nullptr, reinterpret_cast<DWORD64>(info.lpBaseOfDll),
-                     info.SizeOfImage, nullptr, 0);
+bool IsKnown(HANDLE process, const LoadedModule& module) {
+    return SymGetModuleBase64(process, module.base) == module.base;
 }
 
-// A module loaded since the registration would not only lack names: its frames could not be
-// unwound. Some debug-help libraries report a refresh and know no more than before, so what is
-// still unknown is added one by one.
-void RefreshModules(HANDLE process) {
-    SymRefreshModuleList(process);
-    for (const HMODULE module : ModulesOf(process)) {
-        if (SymGetModuleBase64(process, reinterpret_cast<DWORD64>(module)) == 0) {
-            LoadModule(process, module);
-        }
-    }
+void Load(HANDLE process, const LoadedModule& module) {
+    const bool isLong = module.path.size() >= MAX_PATH;
+    const std::wstring path = (isLong ? L"\\\\?\\" : L"") + module.path;
+    SymLoadModuleExW(process, nullptr, path.c_str(), nullptr, module.base, module.sizeBytes,
+                     nullptr, module.hasRemoteSymbols ? kNoSymbols : 0);
+}
+
+// Nearly every stack runs through these. What their symbols cost is paid before the thread stands.
+bool IsOnMostStacks(const LoadedModule& module) {
+    const std::wstring path = lowered(module.path);
+    return std::any_of(std::begin(kOnMostStacks), std::end(kOnMostStacks),
+                       [&](std::wstring_view name) { return path.ends_with(name); });
+}
+
+void ReadSymbols(HANDLE process, const LoadedModule& module) {
+    SYMBOL_INFOW symbol{};
+    symbol.SizeOfStruct = sizeof symbol;
+    DWORD64 displacement = 0;
+    SymFromAddrW(process, module.base, &displacement, &symbol);
 }
 
 KernelHandle Duplicate(HANDLE handle) {
@@ -67,10 +78,7 @@ SymbolSession::~SymbolSession() {
 }
 
 bool SymbolSession::EnsureSymbols(HANDLE process, DWORD pid) {
-    if (process_ && pid_ == pid && !reload_) {
-        RefreshModules(process_.get());
-        return true;
-    }
+    if (process_ && pid_ == pid && !reload_) return true;
     Forget();
 
     KernelHandle owned = Duplicate(process);
@@ -82,12 +90,33 @@ bool SymbolSession::EnsureSymbols(HANDLE process, DWORD pid) {
     }
     process_ = std::move(owned);
     pid_ = pid;
+    SymRegisterCallback64(process_.get(), AnswerLibrary, 0);
     return true;
 }
 
+// A module that the library does not know would not only lack names: its frames could not be
+// unwound. One that it takes for another would blame the wrong file. Some debug-help libraries
+// refresh their list and know no more than before, so each module is named to them.
+void SymbolSession::RefreshModules() {
+    std::vector<LoadedModule> now = ReadModules(process_.get());
+    // A list that cannot be read is no reason to forget the last one.
+    if (now.empty()) return;
+    const ModuleChanges changes = CompareModules(modules_, now);
+    for (const LoadedModule& module : changes.gone)
+        SymUnloadModule64(process_.get(), module.base);
+    for (const LoadedModule& module : changes.added) {
+        // The library looks for the symbols of what it found by itself wherever the image says.
+        if (module.hasRemoteSymbols) SymUnloadModule64(process_.get(), module.base);
+        if (!IsKnown(process_.get(), module)) Load(process_.get(), module);
+        if (IsOnMostStacks(module)) ReadSymbols(process_.get(), module);
+    }
+    modules_ = std::move(now);
+}
+
 void SymbolSession::Forget() {
-    if (process_) SymCleanup(process_.get());
+    if (process_) runGuarded([&] { SymCleanup(process_.get()); });
     process_.reset();
+    modules_.clear();
     pid_ = 0;
     reload_ = false;
 }

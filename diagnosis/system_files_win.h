@@ -12,4 +12,4 @@ bool IsInSystemDirectory(const std::wstring& path);
 /// True when the "CompanyName" of the file's version resource contains "Microsoft".
 bool IsMicrosoftFile(const std::wstring& path);
 
-inline constexpr SystemFiles kSystemFiles{IsInSystemDirectory, IsMicrosoftFile};
+inline const SystemFiles kSystemFiles{IsInSystemDirectory, IsMicrosoftFile};

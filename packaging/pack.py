@@ -1,6 +1,7 @@
 """Packs a built mirelo.exe: pack.py BUILD_FOLDER OUTPUT_FOLDER UNIX_TIME
 
-The zip's bytes depend on the program, the texts beside this file and the time given, on nothing else."""
+The zip's bytes depend on the program, the texts beside this file and in docs/first-aid, and the time given, on nothing
+else."""
 
 import hashlib
 import pathlib
@@ -8,6 +9,8 @@ import re
 import sys
 import time
 import zipfile
+
+import first_aid
 
 HERE = pathlib.Path(__file__).resolve().parent
 
@@ -41,6 +44,7 @@ def main(build, output, when):
     files = {
         "mirelo.exe": (build / "mirelo.exe").read_bytes(),
         "readme.txt": filled(HERE / "readme.txt", values).replace("\n", "\r\n").encode("ascii"),
+        "first-aid.html": first_aid.page(),
     }
     files["checksums.txt"] = "".join(f"{sha256(data)}  {name}\n" for name, data in files.items()).encode()
 

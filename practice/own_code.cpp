@@ -1,5 +1,7 @@
 #include "practice/own_code.h"
 
+#include <cstring>
+#include <string>
 #include <thread>
 
 namespace {
@@ -57,6 +59,27 @@ void RebuildDrawing(Handshake& handshake) {
     WaitForSingleObject(handshake.first.over.get(), INFINITE);
 }
 
+void SortObjects(Handshake& handshake) {
+    SetEvent(handshake.first.inPlace.get());
+    while (!handshake.first.isOver)
+        YieldProcessor();
+}
+
+void RunMacro(Handshake& handshake) {
+    // sub rsp,72; call r8; add rsp,72; ret: hands its first two arguments on to its third.
+    constexpr unsigned char kCode[] = {0x48, 0x83, 0xEC, 0x48, 0x41, 0xFF,
+                                       0xD0, 0x48, 0x83, 0xC4, 0x48, 0xC3};
+    void* memory =
+        VirtualAlloc(nullptr, sizeof kCode, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE);
+    if (memory == nullptr) EndProcess(kExitLibraryMissing);
+    std::memcpy(memory, kCode, sizeof kCode);
+    const auto macro =
+        reinterpret_cast<DWORD (*)(HANDLE, DWORD, decltype(&WaitForSingleObject))>(memory);
+    SetEvent(handshake.first.inPlace.get());
+    macro(handshake.first.over.get(), INFINITE, WaitForSingleObject);
+    VirtualFree(memory, 0, MEM_RELEASE);
+}
+
 void OpenNestedGroups(Handshake& handshake) {
     constexpr int kDepth = 100;
     OpenGroup(handshake.first, kDepth);
@@ -69,4 +92,25 @@ void AskSilentWindow(Handshake& handshake) {
     // A thread in a plain SendMessage still answers what is sent to it, so that it would not count
     // as hanging; SMTO_BLOCK makes it deaf.
     SendMessageTimeoutW(silent.window(), WM_NULL, 0, 0, SMTO_BLOCK, kAnswerLimitMs, nullptr);
+}
+
+void WatchTheClock(Handshake& handshake) {
+    const std::wstring name =
+        L"Local\\mirelo-practice-gap-" + std::to_wstring(GetCurrentProcessId());
+    const KernelHandle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                                  sizeof(ClockWatch), name.c_str()));
+    auto* watch = static_cast<volatile ClockWatch*>(
+        MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(ClockWatch)));
+    if (watch == nullptr) EndProcess(kExitStuck);
+    LARGE_INTEGER before{};
+    QueryPerformanceCounter(&before);
+    SetEvent(handshake.first.inPlace.get());
+    while (!handshake.first.isOver) {
+        LARGE_INTEGER now{};
+        QueryPerformanceCounter(&now);
+        const LONG64 gap = now.QuadPart - before.QuadPart;
+        if (gap > watch->longestGapTicks) watch->longestGapTicks = gap;
+        watch->looks = watch->looks + 1;
+        before = now;
+    }
 }

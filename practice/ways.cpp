@@ -1,30 +1,10 @@
 #include "practice/ways.h"
 
-#include <iterator>
-#include <string>
-
+#include "practice/libraries.h"
+#include "practice/other_threads.h"
 #include "practice/own_code.h"
 
 namespace {
-
-std::wstring ProgramFolder() {
-    wchar_t path[1024] = {};
-    const DWORD length = GetModuleFileNameW(nullptr, path, static_cast<DWORD>(std::size(path)));
-    const std::wstring_view file(path, length);
-    return std::wstring(file.substr(0, file.rfind(L'\\') + 1));
-}
-
-/// Hangs in `function` of a library beside the program or one folder up, and keeps it loaded.
-void HangInLibrary(const wchar_t* library, const char* function, Hang& hang) {
-    const std::wstring folder = ProgramFolder();
-    HMODULE module = LoadLibraryW((folder + library).c_str());
-    if (!module) module = LoadLibraryW((folder + L"..\\" + library).c_str());
-    if (!module) EndProcess(kExitLibraryMissing);
-    const auto entry = reinterpret_cast<HangFunction>(
-        reinterpret_cast<void (*)()>(GetProcAddress(module, function)));
-    if (!entry) EndProcess(kExitLibraryMissing);
-    entry(hang);
-}
 
 void ApplyEffect(Handshake& handshake) {
     HangInLibrary(L"slowfilter.cpg", "ApplySlowFilter", handshake.first);
@@ -50,9 +30,15 @@ void TrackPointer(Handshake& handshake) {
     HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
 }
 
+// Both libraries want the same base: the second takes the place of the first.
 void TrackPointerThenApplyEffect(Handshake& handshake) {
     HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
+    FreeLibrary(GetModuleHandleW(L"screenhook.dll"));
     HangInLibrary(L"slowfilter.cpg", "ApplySlowFilter", handshake.second);
+}
+
+void ApplyPanelEffect(Handshake& handshake) {
+    HangInLibrary(L"deepfilter.cpg", "ApplyNestedFilter", handshake.first);
 }
 
 constexpr Way kWays[] = {
@@ -63,7 +49,15 @@ constexpr Way kWays[] = {
     {L"core-dll", Face::mainWindow, false, WeldShapes},
     {L"third-party", Face::mainWindow, false, TrackPointer},
     {L"late-plugin", Face::mainWindow, false, TrackPointerThenApplyEffect},
+    {L"stopwatch", Face::mainWindow, false, WatchTheClock},
+    {L"deep-plugin", Face::mainWindow, false, ApplyPanelEffect},
+    {L"lock-held", Face::mainWindow, false, SaveDocument},
+    {L"lock-held-crowd", Face::mainWindow, false, SaveDocumentInACrowd},
+    {L"mutex-held", Face::mainWindow, false, ExportDocument},
+    {L"com-wait", Face::mainWindow, false, UpdateLinkedObject},
     {L"own-code", Face::mainWindow, false, RebuildDrawing},
+    {L"own-spin", Face::mainWindow, false, SortObjects},
+    {L"generated-code", Face::mainWindow, false, RunMacro},
     {L"deep-stack", Face::mainWindow, false, OpenNestedGroups},
     {L"send-message", Face::mainWindow, false, AskSilentWindow},
     {L"system-wait", Face::mainWindow, true, nullptr},

@@ -12,7 +12,7 @@ packages=(
     wine wine64 fonts-wqy-microhei libgl1-mesa-dri libglx-mesa0
     xvfb xauth openbox xdotool xclip x11-utils imagemagick
     # the end-to-end tests
-    python3 python3-pytest nginx-light openssl
+    python3 python3-pytest openssl
     "$@"
 )
 

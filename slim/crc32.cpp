@@ -155,6 +155,6 @@ std::uint32_t update(std::uint32_t crc, const std::uint8_t* bytes, std::size_t l
 
 }  // namespace
 
-std::uint32_t crc32(const std::uint8_t* bytes, std::size_t length) {
-    return ~update(0xFFFFFFFF, bytes, length);
+std::uint32_t crc32(const std::uint8_t* bytes, std::size_t length, std::uint32_t before) {
+    return ~update(~before, bytes, length);
 }

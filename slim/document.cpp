@@ -31,24 +31,32 @@ ByteView firstContents(ZipArchive& archive, const Names<count>& names, Bytes& sc
 
 // Previews that share their bytes with each other can claim any amount of work for a small file.
 // What lies beyond the file's own length is counted by its claimed size, undecoded.
-void countPreviews(const ZipArchive& archive, DocumentAnalysis& analysis) {
+void measurePreviews(const ZipArchive& archive, DocumentAnalysis& analysis) {
     std::uint64_t decoded = 0;
     for (const std::wstring_view folder : kPreviewFolders) {
         for (const ZipEntry& entry : archive.entries()) {
-            if (entry.deleted || !ZipArchive::nameStartsWith(entry.name, folder)) continue;
+            if (!ZipArchive::nameStartsWith(entry.name, folder)) continue;
             decoded += entry.data().size();
             const bool isOverlapping = decoded > analysis.fileSize;
-            analysis.previews += 1;
             analysis.previewBytes +=
                 isOverlapping ? entry.uncompressedSize : extractedLength(entry);
         }
     }
 }
 
+std::uint32_t countPreviews(const ZipArchive& archive) {
+    std::uint32_t count = 0;
+    for (const std::wstring_view folder : kPreviewFolders) {
+        for (const ZipEntry& entry : archive.entries())
+            count += ZipArchive::nameStartsWith(entry.name, folder) ? 1U : 0U;
+    }
+    return count;
+}
+
 void analyseArchive(ZipArchive& archive, DocumentAnalysis& analysis) {
     analysis.recognised = true;
     analysis.entryCount = static_cast<std::uint32_t>(archive.entryCount());
-    countPreviews(archive, analysis);
+    analysis.previews = countPreviews(archive);
 
     Bytes scratch;
     analysis.colorStyles = countColorStyles(firstContents(archive, kPaletteNames, scratch));
@@ -106,28 +114,34 @@ void checkStream(ByteView stream, StructureCheck& check) {
                    stated == expected ? L"Verified" : L"Verified (RIFF tail has padding)");
 }
 
-}  // namespace
-
-DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files) {
-    Bytes buffer;
-    return analyseDocument(path, files, buffer);
-}
-
-DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files, Bytes& buffer) {
-    if (!files.readWhole(path, buffer)) return unrecognised(kCannotRead);
-
+DocumentAnalysis analyseImage(ByteView image, bool isMeasured) {
     DocumentAnalysis analysis;
-    analysis.fileSize = buffer.size();
+    analysis.fileSize = image.size();
     ZipArchive archive;
-    const bool isArchive = archive.openView(buffer).ok;
+    const bool isArchive = archive.openView(image).ok;
     if (isArchive) analyseArchive(archive, analysis);
+    if (isArchive && isMeasured) measurePreviews(archive, analysis);
     if (archive.outOfMemory()) return unrecognised(kCannotRead);
     if (isArchive) return analysis;
 
-    if (!startsWithRiff(buffer))
+    if (!startsWithRiff(image))
         return unrecognised(L"Not a recognizable CDR file (neither ZIP container nor legacy RIFF)");
     analysis.recognised = analysis.legacy = true;
     return analysis;
+}
+
+}  // namespace
+
+DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files) {
+    FileImage image;
+    if (!files.readWhole(path, image)) return unrecognised(kCannotRead);
+    return analyseImage(image.bytes, true);
+}
+
+DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files,
+                                 FileImage& image) {
+    if (!files.readWhole(path, image)) return unrecognised(kCannotRead);
+    return analyseImage(image.bytes, false);
 }
 
 StructureCheck checkStructure(ByteView archiveBytes) {

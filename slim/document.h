@@ -45,9 +45,10 @@ struct DocumentAnalysis {
 /// Reads a document and counts what slimming would remove.
 DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files);
 
-/// The same for who will read the file again: its contents stay in `buffer`, whose memory is used
-/// anew.
-DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files, Bytes& buffer);
+/// The same for who will read the file again: it stays in `image`, whose memory is used anew. The
+/// previews are not decoded, and `previewBytes` is 0.
+DocumentAnalysis analyseDocument(const std::wstring& path, const SlimFiles& files,
+                                 FileImage& image);
 
 /// The verdict on an archive image. Missing metadata or a missing root.dat never fail it.
 struct StructureCheck {

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 
+#include "slim/crc32.h"
 #include "slim/inflate_tables.h"
 
 #if defined(__x86_64__) && !defined(MIRELO_PORTABLE)
@@ -55,12 +56,48 @@ struct BitReader {
     const std::uint8_t* end;
 };
 
+// Where the output goes. `produced` counts from `dest`. A sliding window (RFC 1951, section 2) is a
+// buffer that moves along the output: what leaves it is only counted and, if wanted, summed up.
 struct Stream {
     BitReader bits;
-    std::uint8_t* dest;  // null: nothing is written
+    std::uint8_t* dest;
     std::size_t capacity;
     std::size_t produced;
+    bool isWindow = false;
+    bool isSummed = false;
+    std::uint64_t passed = 0;  // bytes that left the window
+    std::uint64_t limit = 0;   // of `passed`
+    std::size_t summed = 0;    // bytes of the window that are in `crc`
+    std::uint32_t crc = 0;
 };
+
+// No distance is longer (RFC 1951, section 3.2.5): so much history has to stay in the window.
+constexpr std::size_t kHistory = 32768;
+// Small enough to stay in the second-level cache, large enough that moving the history is rare.
+constexpr std::size_t kWindowSize = 4 * kHistory;
+
+void sumUp(Stream& stream) {
+    if (!stream.isSummed) return;
+    stream.crc = crc32(stream.dest + stream.summed, stream.produced - stream.summed, stream.crc);
+    stream.summed = stream.produced;
+}
+
+// Makes room in a window. False where there is none to make.
+bool slide(Stream& stream) {
+    if (!stream.isWindow || stream.passed > stream.limit) return false;
+    sumUp(stream);
+    const std::size_t leaving = stream.produced - std::min(stream.produced, kHistory);
+    stream.produced -= leaving;
+    std::memmove(stream.dest, stream.dest + leaving, stream.produced);
+    stream.passed += leaving;
+    stream.summed = stream.produced;
+    return true;
+}
+
+bool hasRoom(Stream& stream, std::size_t length) {
+    if (stream.capacity - stream.produced >= length) return true;
+    return slide(stream);
+}
 
 MIRELO_ALWAYS_INLINE std::uint64_t load64(const std::uint8_t* from) {
     std::uint64_t word;
@@ -183,8 +220,8 @@ MIRELO_ALWAYS_INLINE void repeatPeriod(std::uint8_t* out, std::size_t distance,
     } while (out < end);
 }
 
-// What `copyMatch` may write beyond the match.
-constexpr std::ptrdiff_t kCopyOverrun = 24;
+// What `copyMatch` may write beyond the match: all but one byte of two blocks, or of three words.
+constexpr std::ptrdiff_t kCopyOverrun = 32;
 
 MIRELO_ALWAYS_INLINE void copyThreeWords(std::uint8_t* to, const std::uint8_t* from) {
     store64(to, load64(from));
@@ -192,33 +229,45 @@ MIRELO_ALWAYS_INLINE void copyThreeWords(std::uint8_t* to, const std::uint8_t* f
     store64(to + 16, load64(from + 16));
 }
 
+// 16 bytes in one register, which every x86-64 has.
+MIRELO_ALWAYS_INLINE void copyBlock(std::uint8_t* to, const std::uint8_t* from) {
+    std::uint64_t block[2];
+    std::memcpy(block, from, sizeof block);
+    std::memcpy(to, block, sizeof block);
+}
+
+// Most matches are shorter than 32 bytes: so many are copied before their length is looked at. A
+// copy must not read what it has just written itself, so its step is at most the distance.
 MIRELO_ALWAYS_INLINE void copyMatch(std::uint8_t* out, std::size_t distance, std::size_t length) {
     std::uint8_t* const end = out + length;
-    if (distance < 8) {
+    if (distance >= 16) [[likely]] {
+        copyBlock(out, out - distance);
+        copyBlock(out + 16, out + 16 - distance);
+        for (out += 32; out < end; out += 32) {
+            copyBlock(out, out - distance);
+            copyBlock(out + 16, out + 16 - distance);
+        }
+    } else if (distance >= 8) {
+        for (; out < end; out += 24)
+            copyThreeWords(out, out - distance);
+    } else {
         repeatPeriod(out, distance, end);
-        return;
     }
-    copyThreeWords(out, out - distance);
-    if (length <= 24) return;
-    for (out += 24; out < end; out += 24)
-        copyThreeWords(out, out - distance);
 }
 
 int copyCarefully(Stream& stream, std::size_t distance, std::size_t length) {
     if (distance > stream.produced) return kTooFarBack;
-    if (stream.capacity - stream.produced < length) return kOutputFull;
-    if (stream.dest != nullptr) {
-        std::uint8_t* out = stream.dest + stream.produced;
-        for (std::size_t i = 0; i < length; ++i)
-            out[i] = *(out + i - distance);
-    }
+    if (!hasRoom(stream, length)) return kOutputFull;
+    std::uint8_t* out = stream.dest + stream.produced;
+    for (std::size_t i = 0; i < length; ++i)
+        out[i] = *(out + i - distance);
     stream.produced += length;
     return kSuccess;
 }
 
-// Two refills and two literals fit between the checks of the fast loop.
+// Two refills and three literals fit between the checks of the fast loop.
 constexpr std::ptrdiff_t kFastInput = 16;
-constexpr std::ptrdiff_t kFastOutput = 2 + kCopyOverrun;
+constexpr std::ptrdiff_t kFastOutput = 3 + kCopyOverrun;
 
 // Decodes until the end of the block, of the input or of the output is near. The entry of the next
 // symbol is fetched before anything is done with the present one: that chain is what decoding waits
@@ -252,11 +301,16 @@ MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
     while (bits.next <= lastIn) {
         refillWord(bits);
         if (entry & inflate::kLiteral) {
+            // Three literals of the root take 33 bits, a match 48: another refill is due before
+            // one.
             putLiteral(entry);
             if (entry & inflate::kLiteral) {
                 putLiteral(entry);
-                if (out > lastOut) break;
-                continue;
+                if (entry & inflate::kLiteral) {
+                    putLiteral(entry);
+                    if (out > lastOut) break;
+                    continue;
+                }
             }
             refillWord(bits);
         }
@@ -322,7 +376,7 @@ bool hasBmi() {
 #endif
 
 int decodeFastIfRoom(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
-    const bool room = stream.dest != nullptr && stream.bits.end - stream.bits.next >= kFastInput &&
+    const bool room = stream.bits.end - stream.bits.next >= kFastInput &&
                       stream.capacity - stream.produced >= kFastOutput;
     if (!room) return kSuccess;
 #if defined(MIRELO_INFLATE_BMI)
@@ -334,22 +388,21 @@ int decodeFastIfRoom(Stream& stream, const Entry* literals, const DistanceEntry*
 // A length and a distance with all their bits.
 constexpr unsigned kLongestMatchBits = 15 + 5 + 15 + 13;
 
-int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
-    if (const int result = decodeFastIfRoom(stream, literals, distances); result != kSuccess) {
-        return result;
-    }
+// What the careful loop returns when the fast one may go on.
+constexpr int kGoOn = 3;
+
+// To the end of the block; in a window only one symbol, because then there is room again.
+int decodeCarefully(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
     BitReader& bits = stream.bits;
-    for (;;) {
+    do {
         refill(bits, kLongestMatchBits);
         const Entry entry = inflate::lookUpLiteral(literals, bits.buffer);
         if (dropBits(entry) > bits.count) return kInputExhausted;
         const std::size_t length = rangeValue<false>(entry, bits.buffer);
         drop(bits, dropBits(entry));
         if (entry & inflate::kLiteral) {
-            if (stream.produced == stream.capacity) return kOutputFull;
-            const auto byte = static_cast<std::uint8_t>(inflate::value(entry));
-            if (stream.dest != nullptr) stream.dest[stream.produced] = byte;
-            ++stream.produced;
+            if (!hasRoom(stream, 1)) return kOutputFull;
+            stream.dest[stream.produced++] = static_cast<std::uint8_t>(inflate::value(entry));
             continue;
         }
         if (entry & inflate::kRare) return entry & inflate::kEndOfBlock ? kSuccess : kBadSymbol;
@@ -362,7 +415,17 @@ int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* di
         if (const int result = copyCarefully(stream, distance, length); result != kSuccess) {
             return result;
         }
-    }
+    } while (!stream.isWindow);
+    return kGoOn;
+}
+
+int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+    int result;
+    do {
+        result = decodeFastIfRoom(stream, literals, distances);
+        if (result == kSuccess) result = decodeCarefully(stream, literals, distances);
+    } while (result == kGoOn);
+    return result;
 }
 
 // The lengths of the two codes, one after the other, themselves coded.
@@ -454,10 +517,15 @@ int copyStoredBlock(Stream& stream) {
     bits.next += 4;
     if ((length ^ complement) != 0xFFFF) return kBadStoredLength;
     if (static_cast<std::size_t>(bits.end - bits.next) < length) return kInputExhausted;
-    if (stream.capacity - stream.produced < length) return kOutputFull;
-    if (stream.dest != nullptr) std::copy_n(bits.next, length, stream.dest + stream.produced);
-    bits.next += length;
-    stream.produced += length;
+    if (!stream.isWindow && stream.capacity - stream.produced < length) return kOutputFull;
+    for (std::size_t left = length; left > 0;) {
+        if (!hasRoom(stream, 1)) return kOutputFull;
+        const std::size_t part = std::min(left, stream.capacity - stream.produced);
+        std::memcpy(stream.dest + stream.produced, bits.next, part);
+        bits.next += part;
+        stream.produced += part;
+        left -= part;
+    }
     return kSuccess;
 }
 
@@ -482,17 +550,37 @@ int decodeBlocks(Stream& stream) {
     }
 }
 
+// For who does not want the output itself.
+int decodeThroughWindow(Stream& stream) {
+    std::uint8_t window[kWindowSize];
+    stream.dest = window;
+    stream.capacity = sizeof window;
+    stream.isWindow = true;
+    const int result = decodeBlocks(stream);
+    sumUp(stream);
+    return result;
+}
+
 }  // namespace
 
 int inflateRaw(std::uint8_t* dest, std::size_t* destLen, const std::uint8_t* source,
                std::size_t* sourceLen) {
-    const std::size_t capacity =
-        dest != nullptr ? *destLen : std::numeric_limits<std::size_t>::max();
-    Stream stream = {{0, 0, source, source + *sourceLen}, dest, capacity, 0};
-    const int result = decodeBlocks(stream);
+    Stream stream = {{0, 0, source, source + *sourceLen}, dest, *destLen, 0};
+    stream.limit = std::numeric_limits<std::uint64_t>::max();
+    const int result = dest != nullptr ? decodeBlocks(stream) : decodeThroughWindow(stream);
     if (result <= 0) {
-        *destLen = stream.produced;
+        *destLen = static_cast<std::size_t>(stream.passed) + stream.produced;
         *sourceLen = static_cast<std::size_t>(unread(stream.bits) - source);
     }
     return result;
+}
+
+DecodedSum sumDecoded(const std::uint8_t* source, std::size_t sourceLen, std::uint64_t limit) {
+    Stream stream = {{0, 0, source, source + sourceLen}, nullptr, 0, 0};
+    stream.limit = limit;
+    stream.isSummed = true;
+    int code = decodeThroughWindow(stream);
+    const std::uint64_t length = stream.passed + stream.produced;
+    if (code == kSuccess && length > limit) code = kOutputFull;
+    return {code, length, stream.crc};
 }

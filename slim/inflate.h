@@ -28,3 +28,15 @@
 ///  -11  a distance that reaches back before the start of the output
 int inflateRaw(std::uint8_t* dest, std::size_t* destLen, const std::uint8_t* source,
                std::size_t* sourceLen);
+
+/// What a DEFLATE stream holds, without memory for it.
+struct DecodedSum {
+    /// As of `inflateRaw`; 1 also where the stream holds more than the limit.
+    int code;
+    /// The length and the CRC-32 of the output, where the code is 0.
+    std::uint64_t length;
+    std::uint32_t crc;
+};
+
+/// Decodes only to sum up. Work ends soon after `limit` bytes. Never throws.
+DecodedSum sumDecoded(const std::uint8_t* source, std::size_t sourceLen, std::uint64_t limit);

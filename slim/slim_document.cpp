@@ -2,10 +2,12 @@
 
 #include <new>
 #include <string_view>
+#include <vector>
 
 #include "slim/document.h"
 #include "slim/failure_text.h"
 #include "slim/palette.h"
+#include "slim/proof.h"
 #include "slim/riff_chunks.h"
 #include "slim/zip_archive.h"
 #include "slim/zip_writer.h"
@@ -26,6 +28,7 @@ constexpr wchar_t kBackupFailed[] =
     L"Backup failed (target not writable), aborted. File not modified.";
 constexpr wchar_t kUnpackFailed[] = L"Failed to unpack ZIP container";
 
+constexpr wchar_t kSavedMeanwhile[] = L"the file was saved again in the meantime";
 constexpr wchar_t kVerificationFailed[] = L"Repack verification failed: ";
 constexpr wchar_t kVerificationEnd[] = L". File not modified, backup kept.";
 constexpr wchar_t kWriteFailed[] = L"Failed to write back (file may be held by CDR). Backup kept: ";
@@ -38,12 +41,19 @@ struct Slimming {
     const SlimFiles& files;
     SlimOutcome outcome;
     const wchar_t* outOfMemory = L"Cannot read file";
+    /// Of the file as it was read first, and so of the backup.
+    FileVersion version = {};
+    std::vector<Rewritten> rewritten = {};
 
     bool fail(const wchar_t* message) {
         setFailureText(outcome.message, message);
         return false;
     }
 };
+
+std::wstring refusal(const std::wstring& detail) {
+    return kVerificationFailed + detail + kVerificationEnd;
+}
 
 bool isClean(const DocumentAnalysis& analysis, const SlimOptions& options) {
     return (!options.stripViews || analysis.views < 1) &&
@@ -52,8 +62,9 @@ bool isClean(const DocumentAnalysis& analysis, const SlimOptions& options) {
 }
 
 // True when there is something to slim; otherwise the outcome is complete.
-bool analyse(Slimming& slimming, Bytes& buffer) {
-    const DocumentAnalysis analysis = analyseDocument(slimming.path, slimming.files, buffer);
+bool analyse(Slimming& slimming, FileImage& image) {
+    const DocumentAnalysis analysis = analyseDocument(slimming.path, slimming.files, image);
+    slimming.version = image.version;
     if (!analysis.recognised) return slimming.fail(analysis.error.c_str());
     if (analysis.legacy) return slimming.fail(kLegacy);
     slimming.outcome.originalSize = analysis.fileSize;
@@ -73,11 +84,12 @@ bool backUp(Slimming& slimming) {
 }
 
 // Reads into the memory that the analysis has left: getting as much anew costs as much as reading.
-bool unpack(Slimming& slimming, ZipArchive& archive, Bytes buffer) {
+// The backup lies between the two readings: contents that are not the first ones are nowhere else.
+bool unpack(Slimming& slimming, ZipArchive& archive, FileImage image) {
     slimming.outOfMemory = kUnpackFailed;
-    return (slimming.files.readWhole(slimming.path, buffer) &&
-            archive.openFromBytes(std::move(buffer)).ok) ||
-           slimming.fail(kUnpackFailed);
+    if (!slimming.files.readWhole(slimming.path, image)) return slimming.fail(kUnpackFailed);
+    if (image.version != slimming.version) return slimming.fail(refusal(kSavedMeanwhile).c_str());
+    return archive.openFromBytes(std::move(image.bytes)).ok || slimming.fail(kUnpackFailed);
 }
 
 void removePreviews(ZipArchive& archive, SlimOutcome& outcome) {
@@ -85,70 +97,92 @@ void removePreviews(ZipArchive& archive, SlimOutcome& outcome) {
         outcome.previewsRemoved += archive.removeEntriesUnder(folder);
 }
 
+void replace(ZipArchive& archive, std::wstring_view name, Bytes contents, Bytes before,
+             Slimming& slimming) {
+    slimming.rewritten.push_back({std::wstring(name), std::move(before)});
+    archive.replaceEntry(name, std::move(contents));
+}
+
 // False when memory is short.
-bool stripViews(ZipArchive& archive, SlimOutcome& outcome) {
+bool stripViews(ZipArchive& archive, Slimming& slimming) {
     for (const std::wstring_view name : kViewStreams) {
-        Bytes stream = archive.extractEntry(name);
+        Bytes before = archive.extractEntry(name);
+        if (countRiffChunks(before, kViewChunk) == 0) continue;
+        Bytes stream = before;
         const int removed = stripRiffChunks(stream, kViewChunk);
-        if (removed == kStripOutOfMemory) return false;
-        if (removed <= 0) continue;
-        if (!normaliseRiffSizes(stream)) return false;
-        archive.replaceEntry(name, std::move(stream));
-        outcome.viewsRemoved += static_cast<std::uint32_t>(removed);
+        if (removed <= 0 || !normaliseRiffSizes(stream)) return false;
+        replace(archive, name, std::move(stream), std::move(before), slimming);
+        slimming.outcome.viewsRemoved += static_cast<std::uint32_t>(removed);
     }
     return true;
 }
 
-void clearColors(ZipArchive& archive, SlimOutcome& outcome) {
+void clearColors(ZipArchive& archive, Slimming& slimming) {
     for (const std::wstring_view name : kPaletteNames) {
-        Bytes palette = archive.extractEntry(name);
-        if (palette.empty()) continue;
+        Bytes before = archive.extractEntry(name);
+        if (before.empty()) continue;
+        Bytes palette = before;
         std::uint32_t count = 0;
         if (!clearColorStyles(palette, count) || count == 0) return;
-        archive.replaceEntry(name, std::move(palette));
-        outcome.colorsCleared = count;
+        replace(archive, name, std::move(palette), std::move(before), slimming);
+        slimming.outcome.colorsCleared = count;
         return;
     }
 }
 
 bool edit(Slimming& slimming, ZipArchive& archive) {
     if (slimming.options.removePreviews) removePreviews(archive, slimming.outcome);
-    if (slimming.options.stripViews && !stripViews(archive, slimming.outcome))
+    if (slimming.options.stripViews && !stripViews(archive, slimming))
         return slimming.fail(kUnpackFailed);
-    if (slimming.options.clearColors) clearColors(archive, slimming.outcome);
+    if (slimming.options.clearColors) clearColors(archive, slimming);
     return !archive.outOfMemory() || slimming.fail(kUnpackFailed);
 }
 
-bool verify(Slimming& slimming, ByteView image) {
-    const StructureCheck check = image.empty() ? StructureCheck() : checkStructure(image);
-    if (check.verified) return true;
-    const std::wstring detail = image.empty() ? L"archive too large to repack" : check.detail;
-    slimming.outcome.message = kVerificationFailed + detail + kVerificationEnd;
-    return false;
+// First what the image has to be, then that nothing is lost in it.
+bool verify(Slimming& slimming, const Inventory& inventory, ByteView image) {
+    std::wstring detail = inventory.defect;
+    if (image.empty()) {
+        if (detail.empty()) detail = L"archive too large to repack";
+    } else {
+        const StructureCheck check = checkStructure(image);
+        if (!check.verified) {
+            detail = check.detail;
+        } else if (detail.empty()) {
+            detail = findLoss(inventory, slimming.rewritten, image);
+        }
+    }
+    return detail.empty() || slimming.fail(refusal(detail).c_str());
 }
 
-// The message of a failure is ready before the file is touched.
+// The messages of a failure are ready before the file is touched.
 void writeBack(Slimming& slimming, ByteView image) {
     SlimOutcome& outcome = slimming.outcome;
+    std::wstring changed = refusal(kSavedMeanwhile);
     outcome.message = kWriteFailed + outcome.backupPath;
-    if (!slimming.files.writeWhole(slimming.path, image)) return;
-    outcome.message.clear();
-    outcome.newSize = image.size();
-    outcome.ok = true;
+    switch (slimming.files.overwrite(slimming.path, image, slimming.version, outcome.backupPath)) {
+        case WriteOutcome::written:
+            outcome.message.clear();
+            outcome.newSize = image.size();
+            outcome.ok = true;
+            return;
+        case WriteOutcome::changed:
+            outcome.message = std::move(changed);
+            return;
+        case WriteOutcome::failed:
+            return;
+    }
 }
 
 void slim(Slimming& slimming) {
-    Bytes image;
-    {
-        Bytes buffer;
-        if (!analyse(slimming, buffer) || !backUp(slimming)) return;
-        ZipArchive archive;
-        if (!unpack(slimming, archive, std::move(buffer)) || !edit(slimming, archive)) return;
-        slimming.outOfMemory =
-            L"Repack verification failed: not enough memory. File not modified, backup kept.";
-        image = repack(archive);
-    }
-    if (verify(slimming, image)) writeBack(slimming, image);
+    FileImage file;
+    if (!analyse(slimming, file) || !backUp(slimming)) return;
+    ZipArchive archive;
+    if (!unpack(slimming, archive, std::move(file)) || !edit(slimming, archive)) return;
+    slimming.outOfMemory =
+        L"Repack verification failed: not enough memory. File not modified, backup kept.";
+    const Inventory inventory = takeInventory(archive);
+    const Bytes image = inventory.isShared ? Bytes() : repackInPlace(std::move(archive));
+    if (verify(slimming, inventory, image)) writeBack(slimming, image);
 }
 
 }  // namespace

@@ -21,6 +21,7 @@ constexpr std::uint64_t kMostExpansion = 1032;
 struct Directory {
     std::size_t offset;
     std::size_t totalEntries;
+    std::size_t endRecord;
 };
 
 // The record whose comment ends exactly where the file does, searched from the end.
@@ -35,7 +36,7 @@ std::optional<Directory> findDirectory(ByteView image) {
         const std::size_t size = readU32(image, p + zip::kEndDirectorySize);
         const std::size_t offset = readU32(image, p + zip::kEndDirectoryOffset);
         if (offset > n || size > n - offset) return std::nullopt;
-        return Directory{offset, readU16(image, p + zip::kEndTotalEntries)};
+        return Directory{offset, readU16(image, p + zip::kEndTotalEntries), p};
     }
     return std::nullopt;
 }
@@ -154,7 +155,10 @@ OpenResult ZipArchive::parse() {
     OpenResult result;
     try {
         const std::optional<Directory> directory = findDirectory(image_);
-        if (directory) readEntries(image_, *directory, entries_);
+        if (directory) {
+            endRecord_ = directory->endRecord;
+            readEntries(image_, *directory, entries_);
+        }
         result.ok = !entries_.empty();
     } catch (const std::bad_alloc&) {
         outOfMemory_ = true;
@@ -247,8 +251,7 @@ bool ZipArchive::nameStartsWith(std::wstring_view name, std::wstring_view prefix
 std::uint64_t extractedLength(const ZipEntry& entry) {
     if (entry.method == zip::kStored) return entry.data().size();
     if (!isDecodable(entry)) return 0;
-    std::size_t produced = 0;
-    std::size_t consumed = entry.data().size();
-    if (inflateRaw(nullptr, &produced, entry.data().data(), &consumed) != 0) return 0;
-    return produced <= entry.uncompressedSize ? produced : 0;
+    const ByteView data = entry.data();
+    const DecodedSum decoded = sumDecoded(data.data(), data.size(), entry.uncompressedSize);
+    return decoded.code == 0 ? decoded.length : 0;
 }

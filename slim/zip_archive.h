@@ -90,6 +90,14 @@ class ZipArchive {
     /// In the order of the central directory, deleted ones included.
     const std::vector<ZipEntry>& entries() const { return entries_; }
 
+    /// The file image, and where in it the end record stands that was found.
+    ByteView image() const { return image_; }
+    std::size_t endRecord() const { return endRecord_; }
+
+    /// Gives away the image that `openFromBytes` took. Only the entries remain, and what they view
+    /// is the new owner's to keep.
+    Bytes takeImage() { return std::move(owned_); }
+
     bool loaded() const { return loaded_; }
 
     /// True once memory was too short to extract an entry: an empty result may then not mean what
@@ -104,6 +112,7 @@ class ZipArchive {
 
     Bytes owned_;
     ByteView image_;
+    std::size_t endRecord_ = 0;
     std::vector<ZipEntry> entries_;
     bool loaded_ = false;
     bool outOfMemory_ = false;

@@ -12,11 +12,14 @@ inline constexpr std::uint16_t kDeflated = 8;
 
 inline constexpr std::uint32_t kLocalSignature = 0x04034b50;
 inline constexpr std::size_t kLocalSize = 30;
+inline constexpr std::size_t kLocalFlags = 6;
+inline constexpr std::size_t kLocalMethod = 8;
 inline constexpr std::size_t kLocalNameLength = 26;
 inline constexpr std::size_t kLocalExtraLength = 28;
 
 inline constexpr std::uint32_t kCentralSignature = 0x02014b50;
 inline constexpr std::size_t kCentralSize = 46;
+inline constexpr std::size_t kCentralFlags = 8;
 inline constexpr std::size_t kCentralMethod = 10;
 inline constexpr std::size_t kCentralTime = 12;
 inline constexpr std::size_t kCentralDate = 14;

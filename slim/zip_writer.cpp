@@ -3,7 +3,9 @@
 #include "slim/zip_writer.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
+#include <optional>
 
 #include "slim/crc32.h"
 #include "slim/zip_format.h"
@@ -13,19 +15,22 @@ namespace {
 constexpr std::uint16_t kVersion = 20;
 constexpr std::size_t kLongestName = 65535;
 
-// What both headers of an entry say.
+// What both headers of an entry say, and where its data come from.
 struct Written {
     const ZipEntry* entry;
     std::uint32_t crc;
     std::uint32_t compressedSize;
     std::uint32_t uncompressedSize;
     std::uint32_t localOffset;
+    bool isInPlace;  // the data stand already where they have to
+
+    std::size_t nameLength() const { return entry->rawName.size(); }
 };
 
-// Appends into a buffer that was sized beforehand.
+// Fills a buffer that was sized beforehand.
 class Writer {
   public:
-    explicit Writer(std::size_t size) { bytes_.resize(size); }
+    explicit Writer(Bytes bytes) : bytes_(std::move(bytes)) {}
 
     void u16(std::uint32_t value) {
         writeU16(bytes_, length_, value);
@@ -36,12 +41,16 @@ class Writer {
         length_ += 4;
     }
     void append(const auto& bytes) {
-        std::copy(bytes.begin(), bytes.end(),
-                  bytes_.begin() + static_cast<std::ptrdiff_t>(length_));
+        if (!bytes.empty()) std::memcpy(bytes_.data() + length_, bytes.data(), bytes.size());
         length_ += bytes.size();
     }
+    ByteView next(std::size_t count) const { return ByteView(bytes_).subspan(length_, count); }
+    void skip(std::size_t count) { length_ += count; }
     std::uint32_t length() const { return static_cast<std::uint32_t>(length_); }
-    Bytes take() { return std::move(bytes_); }
+    Bytes finish() {
+        bytes_.resize(length_);
+        return std::move(bytes_);
+    }
 
   private:
     Bytes bytes_;
@@ -53,7 +62,8 @@ std::vector<Written> selectEntries(const ZipArchive& archive) {
     selected.reserve(archive.entryCount());
     for (const ZipEntry& entry : archive.entries()) {
         if (entry.deleted || entry.rawName.size() > kLongestName) continue;
-        selected.push_back({&entry, entry.crc32, entry.compressedSize, entry.uncompressedSize, 0});
+        selected.push_back(
+            {&entry, entry.crc32, entry.compressedSize, entry.uncompressedSize, 0, false});
     }
     return selected;
 }
@@ -82,17 +92,22 @@ void writeCommonFields(Writer& writer, const Written& written) {
 }
 
 void writeLocal(Writer& writer, Written& written) {
-    const ByteView data = written.entry->data();
-    if (written.entry->method == zip::kStored) {
-        written.crc = crc32(data.data(), data.size());
-        written.compressedSize = static_cast<std::uint32_t>(data.size());
+    const ZipEntry& entry = *written.entry;
+    const std::size_t size = entry.data().size();
+    const std::size_t beforeData = zip::kLocalSize + written.nameLength();
+    const ByteView data =
+        written.isInPlace ? writer.next(beforeData + size).subspan(beforeData) : entry.data();
+    if (entry.method == zip::kStored) {
+        written.crc = crc32(data.data(), size);
+        written.compressedSize = static_cast<std::uint32_t>(size);
         written.uncompressedSize = written.compressedSize;
     }
     written.localOffset = writer.length();
     writer.u32(zip::kLocalSignature);
     writer.u16(kVersion);
     writeCommonFields(writer, written);
-    writer.append(written.entry->rawName);
+    writer.append(entry.rawName);
+    if (written.isInPlace) return writer.skip(size);
     writer.append(data);
 }
 
@@ -121,21 +136,84 @@ void writeEnd(Writer& writer, std::size_t entryCount, std::uint32_t directoryOff
     writer.u16(0);
 }
 
-}  // namespace
-
-Bytes repack(const ZipArchive& archive) try {
-    std::vector<Written> selected = selectEntries(archive);
-    const std::uint64_t size = imageSize(selected);
-    if (size > UINT32_MAX) return {};
-
-    Writer writer(static_cast<std::size_t>(size));
+Bytes write(std::vector<Written>& selected, Bytes image) {
+    Writer writer(std::move(image));
     for (Written& written : selected)
         writeLocal(writer, written);
     const std::uint32_t directoryOffset = writer.length();
     for (const Written& written : selected)
         writeCentral(writer, written);
     writeEnd(writer, selected.size(), directoryOffset);
-    return writer.take();
+    return writer.finish();
+}
+
+// Data that stay in the image and their new place.
+struct Move {
+    std::size_t from;
+    std::size_t to;
+    std::size_t count;
+};
+
+// In the order of the entries, which is the order of the new places; nothing when the old places
+// have another order, or overlap.
+std::optional<std::vector<Move>> planMoves(ByteView image, std::vector<Written>& selected) {
+    std::vector<Move> moves;
+    moves.reserve(selected.size());
+    std::size_t to = 0;
+    std::size_t lastEnd = 0;
+    for (Written& written : selected) {
+        const ByteView data = written.entry->data();
+        to += zip::kLocalSize + written.nameLength();
+        if (!written.entry->replacement && !data.empty()) {
+            const auto from = static_cast<std::size_t>(data.data() - image.data());
+            if (from < lastEnd) return std::nullopt;
+            lastEnd = from + data.size();
+            moves.push_back({from, to, data.size()});
+            written.isInPlace = true;
+        }
+        to += data.size();
+    }
+    return moves;
+}
+
+// Old and new places have one order, so nothing is overwritten that has yet to move when first
+// those to the left go, from the left, and then those to the right, from the right.
+void apply(const std::vector<Move>& moves, Bytes& image) {
+    const auto carry = [&](const Move& move) {
+        std::memmove(image.data() + move.to, image.data() + move.from, move.count);
+    };
+    for (const Move& move : moves) {
+        if (move.to < move.from) carry(move);
+    }
+    for (auto move = moves.rbegin(); move != moves.rend(); ++move) {
+        if (move->to > move->from) carry(*move);
+    }
+}
+
+}  // namespace
+
+Bytes repack(const ZipArchive& archive) try {
+    std::vector<Written> selected = selectEntries(archive);
+    const std::uint64_t size = imageSize(selected);
+    if (size > UINT32_MAX) return {};
+    return write(selected, Bytes(static_cast<std::size_t>(size)));
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+Bytes repackInPlace(ZipArchive archive) try {
+    std::vector<Written> selected = selectEntries(archive);
+    const std::uint64_t size = imageSize(selected);
+    if (size > UINT32_MAX) return {};
+    const std::optional<std::vector<Move>> moves = planMoves(archive.image(), selected);
+    if (!moves) return repack(archive);
+
+    Bytes image = archive.takeImage();
+    const std::size_t largest = std::max(image.size(), static_cast<std::size_t>(size));
+    image.reserve(largest);
+    image.resize(largest);
+    apply(*moves, image);
+    return write(selected, std::move(image));
 } catch (const std::bad_alloc&) {
     return {};
 }

@@ -9,3 +9,8 @@
 /// entry are written as they stand, with a fresh CRC-32 and fresh sizes when it is stored. Empty
 /// when the image would not fit into the format's 32-bit offsets, or into memory.
 Bytes repack(const ZipArchive& archive);
+
+/// The same inside the archive's own image, which `openFromBytes` took: data that stay move to
+/// their new places instead of being copied out of it. Where entries do not stand in the image in
+/// their order and apart from each other, that is `repack`.
+Bytes repackInPlace(ZipArchive archive);

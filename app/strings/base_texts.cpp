@@ -48,7 +48,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Results appear in the log panel at the bottom. Matches auto-suggest actions."),
     base("btn_slim", L"选择要瘦身的 CDR 文件", L"Select CDR file(s) to slim"),
     base("hint_slim",
-         L"清除视图快照、冗余颜色样式和预览缓存。每个文件都会先备份为 "
+         L"清除保存的视图（包括您自己的）、冗余颜色样式和预览缓存。每个文件都会先备份为 "
          L".mirelobak；瘦身后的文件不会再传播卡顿。",
          L"Strips view snapshots, redundant color styles and preview caches. Each file is backed "
          L"up as .mirelobak first; slimmed files no longer spread freezes."),
@@ -91,7 +91,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Runs as standard user, no driver, no packing, never modifies CDR files"),
     base("safety_3", L"打印机切换在退出时自动还原；清理内容均有备份，可一键还原",
          L"Printer switch auto-reverts on exit; cleanups backed up, one-click restore"),
-    base("safety_4", L"匿名提交仅包含模块名和函数名，并由服务器强制保护隐私",
+    base("safety_4", L"匿名提交仅包含模块名和函数名，隐私保护由服务器强制执行",
          L"Anonymous submissions include only module/function names; server enforces privacy"),
     base("dev_pdb_hint", L"选择存放 PDB 符号文件的文件夹，捕获的堆栈即可显示更多函数名。",
          L"Choose a folder with PDB symbol files to see more function names in captured stacks."),
@@ -150,11 +150,10 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"Upload the captured stack features anonymously?\n(Module/function names and CDR version "
          L"only - no file paths, no document content.)\n\nContinue?"),
     base("tip_slim",
-         L"将对所选文件进行瘦身：\n  - "
-         L"清除视图快照（会清空视图管理器中保存的所有视图，包括您自己的）\n  - "
-         L"清除冗余颜色样式（已验证：对象颜色不受影响）\n  - 删除预览/缩略图缓存（打开时由 CDR "
-         L"自动重建）\n每个文件都会先在原文件旁备份为 .mirelobak。\n请确保这些文件当前未在 CDR "
-         L"中打开。是否继续？",
+         L"将对所选文件进行瘦身：\n  - 清除视图快照（会清空视图管理器中保存的所有视图，包括您自己的"
+         L"）\n  - 清除冗余颜色样式（已验证：对象颜色不受影响）\n  - 删除预览/缩略图缓存（打开时由 "
+         L"CDR 自动重建）\n每个文件都会先在同一文件夹中备份为 .mirelobak。\n请确保这些文件当前未在 "
+         L"CDR 中打开。是否继续？",
          L"File slimming will be performed on the selected files:\n  - Strip view snapshots "
          L"(clears ALL saved views in View Manager, including yours)\n  - Clear redundant color "
          L"styles (verified: object colors unaffected)\n  - Delete preview/thumbnail caches "
@@ -174,7 +173,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
     base("log_fallback", L"无法自动归类。请复制原始堆栈，或点击“提交未知特征”，帮助完善特征库。",
          L"Could not classify automatically. Copy the raw stack, or click 'Submit Unknown' to help "
          L"improve the signature database."),
-    base("log_stack_hdr", L"--- 最上面 8 帧 ---", L"--- Top 8 frames ---"),
+    base("log_stack_hdr", L"--- 堆栈顶部 8 帧 ---", L"--- Top 8 frames ---"),
     base("log_responsive", L"CDR 主线程目前有响应。请在卡死时再次点击“立即捕获”。",
          L"CDR main thread is responsive right now. Click 'Capture Now' again while it hangs."),
     base("log_responsive_ok", L"CDR 响应正常。", L"CDR responds normally."),
@@ -213,7 +212,7 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"The CDR instance of the baseline is no longer running. Take a new baseline."),
     base("log_leak_err", L"无法读取 CDR 的句柄数。", L"Cannot read the handle count of CDR."),
     base("log_leak_report", L"GDI 句柄：基线 %d，当前 %d", L"GDI handles: baseline %d, now %d"),
-    base("log_leak_judge", L"判断：%s", L"Judgement: %s"),
+    base("log_leak_judge", L"判定：%s", L"Judgement: %s"),
     base("log_leak_j0", L"正常：句柄数已回到基线附近",
          L"OK: the handle count is back near the baseline"),
     base("log_leak_j1", L"值得注意：句柄数持续高于基线",
@@ -234,7 +233,8 @@ constexpr BaseText kBaseTexts[kStringKeys.size()] = {
          L"%s：旧格式（riffData，X5 及更早版本）。已跳过，请先另存为 X6 或更高版本。",
          L"%s: old format (riffData, X5-). Skipped - save as X6+ first."),
     base("log_slim_sum",
-         L"完成：成功 %d / 无需瘦身 %d / 失败或跳过 %d。备份为原文件旁的 .mirelobak 文件。",
+         L"完成：成功 %d / 无需瘦身 %d / 失败或跳过 %d。备份保存在原文件所在的文件夹中（.mirelobak "
+         L"文件）。",
          L"Done: succeeded %d / already clean %d / failed or skipped %d. Backups are .mirelobak "
          L"files next to originals."),
     base("log_slim_tip",

@@ -29,7 +29,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "card_pdb", L"Soubory symbolů (PDB)"},
     {kCzech, "card_leak", L"Test úniku popisovačů"},
     {kCzech, "card_watchdog", L"Hlídání zamrznutí"},
-    {kCzech, "btn_refresh", L"Načíst"},
+    {kCzech, "btn_refresh", L"Aktualizovat"},
     {kCzech, "btn_metrics", L"Ukazatele"},
     {kCzech, "btn_capture", L"Zachytit nyní (při zamrznutí)"},
     {kCzech, "diag_hint",
@@ -37,8 +37,8 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
      L"postup."},
     {kCzech, "btn_slim", L"Vybrat soubory CDR k zeštíhlení"},
     {kCzech, "hint_slim",
-     L"Odstraní snímky zobrazení, nadbytečné styly barev a mezipaměť náhledů. Každý soubor se "
-     L"nejprve zálohuje jako .mirelobak; zeštíhlené soubory už zamrzání nešíří."},
+     L"Odstraní uložená zobrazení (i vaše vlastní), nadbytečné styly barev a mezipaměť náhledů. "
+     L"Každý soubor se nejprve zálohuje jako .mirelobak; zeštíhlené soubory už zamrzání nešíří."},
     {kCzech, "btn_scan", L"Zkontrolovat nyní"},
     {kCzech, "hint_scan",
      L"Zkontroluje výchozí tiskárnu (síťová/offline), počet písem, kvótu popisovačů GDI a paměť "
@@ -67,9 +67,9 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "brand_title", L"Mirelo"},
     {kCzech, "brand_subtitle", L"v0.2 - Diagnostika zamrzání CDR a zeštíhlení souborů"},
     {kCzech, "safety_1",
-     L"Žádné vkládání kódu, žádné hooky, žádný běh na pozadí – každou akci spouštíte vy"},
+     L"Žádné vkládání kódu, žádné hooky, žádná služba na pozadí – každou akci spouštíte vy"},
     {kCzech, "safety_2",
-     L"Běží s právy běžného uživatele, bez ovladačů a zabaleného kódu, nikdy nemění soubory "
+     L"Běží s právy běžného uživatele, bez ovladačů a komprimovaného EXE, nikdy nemění soubory "
      L"programu CDR"},
     {kCzech, "safety_3",
      L"Při ukončení se obnoví původní tiskárna; odstraněné soubory mají zálohu a obnovíte je "
@@ -95,7 +95,7 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "about_line4",
      L"Kontroluje časté příčiny zamrzání a nabízí opravy, které lze vrátit zpět."},
     {kCzech, "about_line5",
-     L"Žádné vkládání kódu, žádné hooky, žádný běh na pozadí – každou akci spouštíte vy."},
+     L"Žádné vkládání kódu, žádné hooky, žádná služba na pozadí – každou akci spouštíte vy."},
     {kCzech, "about_line6",
      L"Použití: když CDR zamrzne, vyberte jeho instanci na kartě \"Diagnostika\" a klikněte na "
      L"\"Zachytit nyní\"."},
@@ -155,8 +155,9 @@ constexpr PackText kCzechTexts[kStringKeys.size()] = {
     {kCzech, "log_env_mem", L"Fyzická paměť"},
     {kCzech, "log_env_risk", L"Kontrola dokončena. Položky vyžadující pozornost: %d"},
     {kCzech, "log_env_ok", L"Kontrola dokončena. Nebyla nalezena žádná rizika."},
-    {kCzech, "log_refresh", L"Seznam načten. Instance CDR: %d"},
-    {kCzech, "log_no_cdr", L"Nebylo nalezeno spuštěné CDR. Spusťte CDR a klikněte na \"Načíst\"."},
+    {kCzech, "log_refresh", L"Seznam aktualizován. Instance CDR: %d"},
+    {kCzech, "log_no_cdr",
+     L"Nebylo nalezeno spuštěné CDR. Spusťte CDR a klikněte na \"Aktualizovat\"."},
     {kCzech, "log_net_off", L"Síť je vypnutá (lze ji zapnout v nastavení)"},
     {kCzech, "log_cloud_update", L"Aktualizace signatur..."},
     {kCzech, "log_cloud_done", L"Signatury byly aktualizovány na v%d (pravidla: %d)"},

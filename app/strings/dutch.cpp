@@ -27,7 +27,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "card_site", L"Officiële website"},
     {kDutch, "card_safety", L"Veiligheidsbelofte"},
     {kDutch, "card_pdb", L"Symboolbestanden (PDB)"},
-    {kDutch, "card_leak", L"Test op handle-lekken"},
+    {kDutch, "card_leak", L"Test op handlelekken"},
     {kDutch, "card_watchdog", L"Bewaking op vastlopen"},
     {kDutch, "btn_refresh", L"Vernieuwen"},
     {kDutch, "btn_metrics", L"Meetwaarden"},
@@ -37,9 +37,9 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
      L"advies."},
     {kDutch, "btn_slim", L"CDR-bestanden kiezen om af te slanken"},
     {kDutch, "hint_slim",
-     L"Verwijdert momentopnamen van weergaven, overbodige kleurstijlen en voorbeeldcaches. Van elk "
-     L"bestand wordt eerst een .mirelobak-back-up gemaakt; afgeslankte bestanden verspreiden geen "
-     L"vastlopers meer."},
+     L"Verwijdert opgeslagen weergaven (ook die van uzelf), overbodige kleurstijlen en "
+     L"voorbeeldcaches. Van elk bestand wordt eerst een .mirelobak-back-up gemaakt; afgeslankte "
+     L"bestanden verspreiden geen vastlopers meer."},
     {kDutch, "btn_scan", L"Nu controleren"},
     {kDutch, "hint_scan",
      L"Controleert de standaardprinter (netwerk/offline), het aantal lettertypen, het "
@@ -68,10 +68,10 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "brand_title", L"Mirelo"},
     {kDutch, "brand_subtitle", L"v0.2 - CDR-vastlopers diagnosticeren, bestanden afslanken"},
     {kDutch, "safety_1",
-     L"Geen code-injectie, geen hooks, niets op de achtergrond: u start elke actie zelf"},
+     L"Geen code-injectie, geen hooks, geen achtergrondservice: u start elke actie zelf"},
     {kDutch, "safety_2",
-     L"Draait als standaardgebruiker, zonder stuurprogramma of packer, en wijzigt nooit bestanden "
-     L"van CDR zelf"},
+     L"Draait als standaardgebruiker, zonder stuurprogramma, EXE niet gecomprimeerd; wijzigt nooit "
+     L"bestanden van CDR zelf"},
     {kDutch, "safety_3",
      L"Zet de printer bij het afsluiten automatisch terug; opschonen met back-up, terugzetten met "
      L"één klik"},
@@ -89,8 +89,8 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "dlg_about_title", L"Over Mirelo"},
     {kDutch, "about_line1", L"Mirelo is een hulpprogramma voor gebruikers van CorelDRAW."},
     {kDutch, "about_line2",
-     L"Het zoekt uit waardoor CDR vastloopt: een invoegtoepassing, de printer, een lettertype of "
-     L"een systeemonderdeel."},
+     L"Het zoekt uit waardoor CDR vastloopt: een plug-in, de printer, een lettertype of een "
+     L"systeemonderdeel."},
     {kDutch, "about_line3",
      L"Het slankt CDR-bestanden af die vastlopers verspreiden en maakt eerst van elk bestand een "
      L"back-up."},
@@ -98,7 +98,7 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
      L"Het controleert op de gebruikelijke oorzaken van vastlopers en biedt oplossingen die u "
      L"ongedaan kunt maken."},
     {kDutch, "about_line5",
-     L"Geen code-injectie, geen hooks, niets op de achtergrond: u start elke actie zelf."},
+     L"Geen code-injectie, geen hooks, geen achtergrondservice: u start elke actie zelf."},
     {kDutch, "about_line6",
      L"Zo werkt het: als CDR vastloopt, selecteert u het exemplaar op het tabblad 'Diagnose' en "
      L"klikt u op 'Nu vastleggen'."},
@@ -191,13 +191,13 @@ constexpr PackText kDutchTexts[kStringKeys.size()] = {
     {kDutch, "log_leak_j2",
      L"Waarschijnlijk een lek: het aantal handles blijft ver boven de basislijn"},
     {kDutch, "log_leak_advice",
-     L"Sla uw werk op en start CDR opnieuw. Als het aantal opnieuw oploopt, schakelt u de "
-     L"invoegtoepassingen een voor een uit om de oorzaak te vinden."},
+     L"Sla uw werk op en start CDR opnieuw. Als het aantal opnieuw oploopt, schakelt u de plug-ins "
+     L"een voor een uit om de oorzaak te vinden."},
     {kDutch, "log_health", L"Status: %s"},
     {kDutch, "log_slim_ok",
      L"%s: %s -> %s (weergaven verwijderd: %d, kleuren gewist: %d, voorbeelden verwijderd: %d)"},
     {kDutch, "log_slim_clean", L"%s: al schoon, niets te doen."},
-    {kDutch, "log_slim_fail", L"%s mislukt: %s"},
+    {kDutch, "log_slim_fail", L"%s: afslanken mislukt: %s"},
     {kDutch, "log_slim_old",
      L"%s: oude indeling (riffData, X5 of ouder). Overgeslagen; sla het bestand eerst op als X6 of "
      L"nieuwer."},

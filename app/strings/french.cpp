@@ -10,7 +10,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
      L"sur «\u00a0Capturer maintenant\u00a0»."},
     {kFrench, "log_sig_local", L"Base de signatures chargée depuis le cache local"},
     {kFrench, "tab_diag", L"Diagnostic"},
-    {kFrench, "tab_fix", L"Corrections"},
+    {kFrench, "tab_fix", L"Dépannage"},
     {kFrench, "tab_cloud", L"Cloud"},
     {kFrench, "tab_about", L"À propos"},
     {kFrench, "tab_dev", L"Développement"},
@@ -37,16 +37,16 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
      L"conseil."},
     {kFrench, "btn_slim", L"Sélectionner les fichiers CDR à alléger"},
     {kFrench, "hint_slim",
-     L"Supprime les instantanés de vues, les styles de couleur superflus et les caches d'aperçu. "
-     L"Chaque fichier est d'abord sauvegardé en .mirelobak\u00a0; les fichiers allégés ne "
-     L"propagent plus les blocages."},
+     L"Supprime les vues enregistrées (y compris les vôtres), les styles de couleur superflus et "
+     L"les caches d'aperçu. Chaque fichier est d'abord sauvegardé en .mirelobak\u00a0; les "
+     L"fichiers allégés ne propagent plus les blocages."},
     {kFrench, "btn_scan", L"Vérifier maintenant"},
     {kFrench, "hint_scan",
      L"Vérifie l'imprimante par défaut (réseau/hors connexion), le nombre de polices, le quota de "
      L"handles GDI et la mémoire vive\u00a0: les principales causes de blocage."},
     {kFrench, "btn_printer", L"Changer temporairement (retour automatique)"},
     {kFrench, "hint_printer",
-     L"Choisit temporairement Microsoft Print to PDF comme imprimante par défaut pour éviter les "
+     L"Définit temporairement Microsoft Print to PDF comme imprimante par défaut pour éviter les "
      L"imprimantes réseau lentes\u00a0; la vôtre est rétablie automatiquement à la fermeture."},
     {kFrench, "btn_clean", L"Sauvegarder et nettoyer"},
     {kFrench, "hint_clean",
@@ -69,16 +69,16 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "brand_title", L"Mirelo"},
     {kFrench, "brand_subtitle", L"v0.2 - Diagnostic des blocages de CDR et allègement de fichiers"},
     {kFrench, "safety_1",
-     L"Ni injection ni interception de code, rien en arrière-plan\u00a0: vous déclenchez chaque "
-     L"action"},
+     L"Ni injection ni interception de code, aucun service en arrière-plan\u00a0: vous déclenchez "
+     L"chaque action"},
     {kFrench, "safety_2",
-     L"Droits d'utilisateur standard, ni pilote ni packer\u00a0; les fichiers du programme CDR "
-     L"restent intacts"},
+     L"Droits d'utilisateur standard, aucun pilote, exécutable non compressé\u00a0; les fichiers "
+     L"du programme CDR restent intacts"},
     {kFrench, "safety_3",
      L"Imprimante rétablie à la fermeture\u00a0; fichiers nettoyés sauvegardés et restaurables en "
      L"un clic"},
     {kFrench, "safety_4",
-     L"Envois anonymes limités aux noms de modules et de fonctions\u00a0; le serveur impose la "
+     L"Envois anonymes limités aux noms de modules et de fonctions\u00a0; le serveur garantit la "
      L"confidentialité"},
     {kFrench, "dev_pdb_hint",
      L"Choisissez un dossier de fichiers de symboles PDB pour voir davantage de noms de fonctions "
@@ -102,8 +102,8 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
      L"Il recherche les causes courantes de blocage et propose des corrections que vous pouvez "
      L"annuler."},
     {kFrench, "about_line5",
-     L"Ni injection ni interception de code, rien en arrière-plan\u00a0: vous déclenchez chaque "
-     L"action."},
+     L"Ni injection ni interception de code, aucun service en arrière-plan\u00a0: vous déclenchez "
+     L"chaque action."},
     {kFrench, "about_line6",
      L"Mode d'emploi\u00a0: lorsque CDR se bloque, sélectionnez son instance dans l'onglet "
      L"«\u00a0Diagnostic\u00a0», puis cliquez sur «\u00a0Capturer maintenant\u00a0»."},
@@ -156,7 +156,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "log_fallback",
      L"Classement automatique impossible. Copiez la pile brute ou cliquez sur «\u00a0Envoyer la "
      L"signature inconnue\u00a0» pour contribuer à améliorer la base de signatures."},
-    {kFrench, "log_stack_hdr", L"--- 8 premiers frames ---"},
+    {kFrench, "log_stack_hdr", L"--- 8 frames du haut de la pile ---"},
     {kFrench, "log_responsive",
      L"Le thread principal de CDR répond actuellement. Cliquez de nouveau sur «\u00a0Capturer "
      L"maintenant\u00a0» pendant un blocage."},
@@ -182,7 +182,7 @@ constexpr PackText kFrenchTexts[kStringKeys.size()] = {
     {kFrench, "log_submit_done",
      L"Signatures de frames envoyées anonymement\u00a0: %d. Merci\u00a0!"},
     {kFrench, "log_watchdog_on",
-     L"Surveillance des blocages activée. Le journal indiquera quand CDR cessera de répondre."},
+     L"Surveillance des blocages activée. Le journal signale lorsque CDR cesse de répondre."},
     {kFrench, "log_watchdog_off", L"Surveillance des blocages désactivée."},
     {kFrench, "log_pdb_set", L"Dossier de symboles défini\u00a0: %s"},
     {kFrench, "log_leak_base", L"Référence établie. Handles GDI\u00a0: %d"},

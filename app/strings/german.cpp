@@ -16,7 +16,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "tab_dev", L"Entwicklung"},
     {kGerman, "card_cdr_instance", L"CDR-Instanz"},
     {kGerman, "card_diagnose", L"Diagnose - den Verursacher finden"},
-    {kGerman, "card_fileslim", L"Dateien verschlanken - die echte Lösung"},
+    {kGerman, "card_fileslim", L"Dateien verschlanken - die eigentliche Lösung"},
     {kGerman, "card_scan", L"Umgebungsprüfung"},
     {kGerman, "card_printer", L"Drucker"},
     {kGerman, "card_cleanup", L"Cache-Bereinigung"},
@@ -37,8 +37,9 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Empfehlung."},
     {kGerman, "btn_slim", L"CDR-Dateien zum Verschlanken auswählen"},
     {kGerman, "hint_slim",
-     L"Entfernt Ansichts-Schnappschüsse, überflüssige Farbstile und Vorschau-Caches. Jede Datei "
-     L"wird zuvor als .mirelobak gesichert; verschlankte Dateien verbreiten keine Hänger mehr."},
+     L"Entfernt gespeicherte Ansichten (auch Ihre eigenen), überflüssige Farbstile und "
+     L"Vorschau-Caches. Jede Datei wird zuvor als .mirelobak gesichert; verschlankte Dateien "
+     L"verbreiten keine Hänger mehr."},
     {kGerman, "btn_scan", L"Jetzt prüfen"},
     {kGerman, "hint_scan",
      L"Prüft Standarddrucker (Netzwerk/offline), Anzahl der Schriftarten, GDI-Handle-Kontingent "
@@ -50,7 +51,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"wiederhergestellt."},
     {kGerman, "btn_clean", L"Sichern und bereinigen"},
     {kGerman, "hint_clean",
-     L"Verschiebt Absturzberichte, temporäre Dateien und Miniaturansichten-Caches aller "
+     L"Verschiebt Absturzberichte, temporäre Dateien und Caches für Miniaturansichten aller "
      L"CDR-Versionen in einen Sicherungsordner; mit \"Wiederherstellen\" jederzeit umkehrbar."},
     {kGerman, "btn_restore", L"Wiederherstellen"},
     {kGerman, "btn_optimize", L"Optimieren (Registrierung wird gesichert)"},
@@ -62,20 +63,20 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "btn_submit", L"Unbekannte Signatur senden (anonym)"},
     {kGerman, "net_on", L"Netzwerk: EIN (zum Ausschalten klicken)"},
     {kGerman, "net_off", L"Netzwerk: AUS (zum Einschalten klicken)"},
-    {kGerman, "btn_site", L"Besuchen Sie " MIRELO_WEBSITE},
+    {kGerman, "btn_site", L"Website öffnen: " MIRELO_WEBSITE},
     {kGerman, "log_copy", L"Kopieren"},
     {kGerman, "log_clear", L"Leeren"},
     {kGerman, "brand_title", L"Mirelo"},
     {kGerman, "brand_subtitle", L"v0.2 - CDR-Hänger diagnostizieren, Dateien verschlanken"},
     {kGerman, "safety_1",
-     L"Keine Code-Injektion, keine Hooks, nichts im Hintergrund – Sie lösen jede Aktion selbst "
+     L"Keine Code-Injektion, keine Hooks, kein Hintergrunddienst – Sie lösen jede Aktion selbst "
      L"aus"},
     {kGerman, "safety_2",
-     L"Läuft als Standardbenutzer, ohne Treiber, ohne Packer; Programmdateien von CDR bleiben "
-     L"unangetastet"},
+     L"Läuft als Standardbenutzer, ohne Treiber, EXE nicht gepackt; Programmdateien von CDR "
+     L"bleiben unangetastet"},
     {kGerman, "safety_3",
-     L"Drucker wird beim Beenden wiederhergestellt; Bereinigtes ist gesichert und mit einem Klick "
-     L"zurück"},
+     L"Beim Beenden gilt wieder der bisherige Drucker; bereinigte Dateien sind gesichert, ein "
+     L"Klick holt sie zurück"},
     {kGerman, "safety_4",
      L"Anonym gesendet werden nur Modul- und Funktionsnamen; der Server erzwingt den Datenschutz"},
     {kGerman, "dev_pdb_hint",
@@ -98,7 +99,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
      L"Es prüft auf die häufigen Ursachen für Hänger und bietet Abhilfe, die sich rückgängig "
      L"machen lässt."},
     {kGerman, "about_line5",
-     L"Keine Code-Injektion, keine Hooks, nichts im Hintergrund – Sie lösen jede Aktion selbst "
+     L"Keine Code-Injektion, keine Hooks, kein Hintergrunddienst – Sie lösen jede Aktion selbst "
      L"aus."},
     {kGerman, "about_line6",
      L"So geht es: Wenn CDR hängt, wählen Sie auf der Registerkarte \"Diagnose\" die Instanz aus "
@@ -111,15 +112,15 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "btn_close", L"Schließen"},
     {kGerman, "lbl_language", L"Sprache"},
     {kGerman, "tip_printer_switch",
-     L"Den Standarddrucker vorübergehend auf Microsoft Print to PDF umstellen?\nIhr ursprünglicher "
+     L"Den Standarddrucker vorübergehend auf Microsoft Print to PDF umstellen?\nIhr bisheriger "
      L"Standarddrucker wird beim Beenden von Mirelo automatisch wiederhergestellt.\n\nMöchten Sie "
      L"fortfahren?"},
     {kGerman, "printer_switched",
-     L"Umgestellt. Ursprünglicher Standarddrucker: %s (wird beim Beenden automatisch "
+     L"Umgestellt. Bisheriger Standarddrucker: %s (wird beim Beenden automatisch "
      L"wiederhergestellt)"},
     {kGerman, "printer_reverted", L"Standarddrucker wiederhergestellt: %s"},
     {kGerman, "printer_orig_err",
-     L"Der ursprüngliche Standarddrucker kann nicht wiederhergestellt werden: %s"},
+     L"Der bisherige Standarddrucker kann nicht wiederhergestellt werden: %s"},
     {kGerman, "tip_optimize",
      L"Die CDR-Einstellungen optimieren?\n  - Rückgängig-Stufen auf 30 setzen\n  - "
      L"Begrüßungsbildschirm deaktivieren\nDie Registrierung wird zuvor exportiert. Bitte schließen "
@@ -174,8 +175,8 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_cloud_update", L"Signaturen werden aktualisiert..."},
     {kGerman, "log_cloud_done", L"Signaturen auf v%d aktualisiert (%d Regeln)"},
     {kGerman, "log_submit_no",
-     L"Noch keine erfassten Daten. Verwenden Sie zuerst \"Jetzt erfassen\" und senden Sie, wenn "
-     L"keine Signatur passt."},
+     L"Noch keine erfassten Daten. Verwenden Sie zuerst \"Jetzt erfassen\" und senden Sie die "
+     L"Daten, wenn keine Signatur passt."},
     {kGerman, "log_submit_done", L"Anonym gesendete Frame-Signaturen: %d. Vielen Dank!"},
     {kGerman, "log_watchdog_on",
      L"Hänger-Überwachung eingeschaltet. Es wird protokolliert, wenn CDR nicht mehr reagiert."},
@@ -205,7 +206,7 @@ constexpr PackText kGermanTexts[kStringKeys.size()] = {
     {kGerman, "log_slim_ok",
      L"%s: %s -> %s (Ansichten: %d entfernt, Farben: %d gelöscht, Vorschauen: %d entfernt)"},
     {kGerman, "log_slim_clean", L"%s: bereits schlank, nichts zu tun."},
-    {kGerman, "log_slim_fail", L"%s fehlgeschlagen: %s"},
+    {kGerman, "log_slim_fail", L"%s: Verschlanken fehlgeschlagen: %s"},
     {kGerman, "log_slim_old",
      L"%s: altes Format (riffData, X5 oder älter). Übersprungen – bitte zuerst als X6 oder neuer "
      L"speichern."},

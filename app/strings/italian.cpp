@@ -7,7 +7,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"Mirelo v0.2 - Diagnosi dei blocchi di CDR e alleggerimento dei file - " MIRELO_MAKER},
     {kItalian, "ready_tip",
      L"Mirelo è pronto. Quando CDR si blocca, passare alla scheda \"Diagnosi\" e fare clic su "
-     L"\"Acquisisci ora\"."},
+     L"\"Cattura ora\"."},
     {kItalian, "log_sig_local", L"Database delle firme caricato dalla cache locale"},
     {kItalian, "tab_diag", L"Diagnosi"},
     {kItalian, "tab_fix", L"Correzioni"},
@@ -15,7 +15,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "tab_about", L"Informazioni"},
     {kItalian, "tab_dev", L"Sviluppo"},
     {kItalian, "card_cdr_instance", L"Istanza di CDR"},
-    {kItalian, "card_diagnose", L"Diagnosi - trovare il colpevole"},
+    {kItalian, "card_diagnose", L"Diagnosi - trova il colpevole"},
     {kItalian, "card_fileslim", L"File più leggeri - il vero rimedio"},
     {kItalian, "card_scan", L"Controllo dell'ambiente"},
     {kItalian, "card_printer", L"Stampante"},
@@ -31,20 +31,20 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "card_watchdog", L"Monitoraggio dei blocchi"},
     {kItalian, "btn_refresh", L"Aggiorna"},
     {kItalian, "btn_metrics", L"Metriche"},
-    {kItalian, "btn_capture", L"Acquisisci ora (durante il blocco)"},
+    {kItalian, "btn_capture", L"Cattura ora (durante il blocco)"},
     {kItalian, "diag_hint",
      L"I risultati appaiono nel pannello di log in basso. A ogni corrispondenza segue un "
      L"suggerimento."},
     {kItalian, "btn_slim", L"Seleziona i file CDR da alleggerire"},
     {kItalian, "hint_slim",
-     L"Rimuove le istantanee delle viste, gli stili colore superflui e le cache di anteprima. Di "
-     L"ogni file si crea prima un backup .mirelobak; i file alleggeriti non propagano più i "
-     L"blocchi."},
+     L"Rimuove le viste salvate (comprese quelle personali), gli stili colore superflui e le cache "
+     L"di anteprima. Di ogni file si crea prima un backup .mirelobak; i file alleggeriti non "
+     L"propagano più i blocchi."},
     {kItalian, "btn_scan", L"Controlla ora"},
     {kItalian, "hint_scan",
      L"Controlla la stampante predefinita (di rete/offline), il numero di tipi di carattere, la "
      L"quota di handle GDI e la RAM: le cause di blocco più comuni."},
-    {kItalian, "btn_printer", L"Cambio temporaneo (ripristino automatico)"},
+    {kItalian, "btn_printer", L"Cambia temporaneamente (ripristino automatico)"},
     {kItalian, "hint_printer",
      L"Imposta temporaneamente Microsoft Print to PDF come stampante predefinita per evitare "
      L"stampanti di rete lente; all'uscita ripristina automaticamente la stampante originale."},
@@ -69,11 +69,11 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "brand_title", L"Mirelo"},
     {kItalian, "brand_subtitle", L"v0.2 - Diagnosi dei blocchi di CDR e alleggerimento dei file"},
     {kItalian, "safety_1",
-     L"Nessuna iniezione di codice, nessun hook, niente in background: ogni azione parte "
+     L"Nessuna iniezione di codice, nessun hook, nessun servizio in background: ogni azione parte "
      L"dall'utente"},
     {kItalian, "safety_2",
-     L"Eseguito come utente standard, senza driver né packer; non modifica mai i file del "
-     L"programma CDR"},
+     L"Eseguito come utente standard, senza driver, file EXE non compresso; non modifica mai i "
+     L"file del programma CDR"},
     {kItalian, "safety_3",
      L"Stampante ripristinata automaticamente all'uscita; pulizia con backup e ripristino con un "
      L"clic"},
@@ -82,7 +82,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"della privacy"},
     {kItalian, "dev_pdb_hint",
      L"Scegliere una cartella con i file di simboli PDB per vedere più nomi di funzione negli "
-     L"stack acquisiti."},
+     L"stack catturati."},
     {kItalian, "btn_pdbpath", L"Scegli la cartella dei simboli"},
     {kItalian, "pdb_set", L"Cartella dei simboli: %s"},
     {kItalian, "btn_leakbase", L"Rileva il riferimento"},
@@ -99,11 +99,11 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "about_line4",
      L"Verifica le cause di blocco più comuni e propone correzioni che si possono annullare."},
     {kItalian, "about_line5",
-     L"Nessuna iniezione di codice, nessun hook, niente in background: ogni azione parte "
+     L"Nessuna iniezione di codice, nessun hook, nessun servizio in background: ogni azione parte "
      L"dall'utente."},
     {kItalian, "about_line6",
      L"Come si usa: quando CDR si blocca, selezionare la relativa istanza nella scheda "
-     L"\"Diagnosi\" e fare clic su \"Acquisisci ora\"."},
+     L"\"Diagnosi\" e fare clic su \"Cattura ora\"."},
     {kItalian, "about_line7",
      L"Se nessuna firma corrisponde, fare clic su \"Invia firma sconosciuta\" per contribuire a "
      L"migliorare il database delle firme."},
@@ -129,7 +129,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "opt_changed", L"Impostazioni modificate: %d"},
     {kItalian, "opt_reboot", L"Le modifiche avranno effetto dopo il riavvio di CDR."},
     {kItalian, "tip_submit",
-     L"Caricare in forma anonima le caratteristiche dello stack acquisito?\n(Solo nomi di moduli e "
+     L"Caricare in forma anonima le caratteristiche dello stack catturato?\n(Solo nomi di moduli e "
      L"funzioni, oltre alla versione di CDR; nessun percorso di file, nessun contenuto dei "
      L"documenti.)\n\nContinuare?"},
     {kItalian, "tip_slim",
@@ -141,9 +141,9 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"all'originale.\nAssicurarsi che questi file NON siano aperti in CDR in questo momento. "
      L"Continuare?"},
     {kItalian, "log_no_instance", L"Selezionare prima un'istanza di CDR."},
-    {kItalian, "log_capturing", L"Acquisizione dello stack del thread principale di CDR..."},
-    {kItalian, "log_capture_ok", L"Acquisizione completata. Frame: %d"},
-    {kItalian, "log_capture_err", L"Acquisizione non riuscita: %s"},
+    {kItalian, "log_capturing", L"Cattura dello stack del thread principale di CDR..."},
+    {kItalian, "log_capture_ok", L"Cattura completata. Frame: %d"},
+    {kItalian, "log_capture_err", L"Cattura non riuscita: %s"},
     {kItalian, "log_category", L"Categoria: %s"},
     {kItalian, "log_suspect", L"Modulo sospetto: %s"},
     {kItalian, "log_rule", L"Firma corrispondente: %s (gravità: %s)"},
@@ -155,7 +155,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
      L"\"Invia firma sconosciuta\" per contribuire a migliorare il database delle firme."},
     {kItalian, "log_stack_hdr", L"--- Primi 8 frame ---"},
     {kItalian, "log_responsive",
-     L"Il thread principale di CDR al momento risponde. Fare di nuovo clic su \"Acquisisci ora\" "
+     L"Il thread principale di CDR al momento risponde. Fare di nuovo clic su \"Cattura ora\" "
      L"durante un blocco."},
     {kItalian, "log_responsive_ok", L"CDR risponde normalmente."},
     {kItalian, "log_metrics_hdr", L"===== Metriche ====="},
@@ -174,8 +174,7 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_cloud_update", L"Aggiornamento delle firme..."},
     {kItalian, "log_cloud_done", L"Firme aggiornate alla v%d (%d regole)"},
     {kItalian, "log_submit_no",
-     L"Nessun dato acquisito. Usare prima \"Acquisisci ora\"; inviare se nessuna firma "
-     L"corrisponde."},
+     L"Nessun dato catturato. Usare prima \"Cattura ora\"; inviare se nessuna firma corrisponde."},
     {kItalian, "log_submit_done", L"Firme di frame inviate in forma anonima: %d. Grazie!"},
     {kItalian, "log_watchdog_on",
      L"Monitoraggio dei blocchi attivato. Il log segnala quando CDR smette di rispondere."},
@@ -206,8 +205,8 @@ constexpr PackText kItalianTexts[kStringKeys.size()] = {
     {kItalian, "log_slim_clean", L"%s: già leggero, nessuna operazione necessaria."},
     {kItalian, "log_slim_fail", L"%s: operazione non riuscita (%s)"},
     {kItalian, "log_slim_old",
-     L"%s: formato precedente (riffData, X5 o anteriore). Ignorato: salvarlo prima come X6 o "
-     L"successivo."},
+     L"%s: formato obsoleto (riffData, X5 o versioni precedenti). Ignorato: salvarlo prima come X6 "
+     L"o versione successiva."},
     {kItalian, "log_slim_sum",
      L"Completato: riusciti %d / già leggeri %d / non riusciti o ignorati %d. I backup sono i file "
      L".mirelobak accanto agli originali."},

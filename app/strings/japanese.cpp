@@ -36,7 +36,7 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
      L"結果は下部のログ パネルに表示され、一致するシグネチャがあれば対処方法も提案されます。"},
     {kJapanese, "btn_slim", L"軽量化する CDR ファイルを選択"},
     {kJapanese, "hint_slim",
-     L"ビューのスナップショット、余分なカラー スタイル、プレビュー "
+     L"保存されたビュー（ご自身のものも含む）、余分なカラー スタイル、プレビュー "
      L"キャッシュを取り除きます。各ファイルは先に .mirelobak "
      L"としてバックアップします。軽量化したファイルからフリーズが広がることはありません。"},
     {kJapanese, "btn_scan", L"今すぐチェック"},
@@ -46,11 +46,11 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "btn_printer", L"一時的に切り替え（自動復元）"},
     {kJapanese, "hint_printer",
      L"低速なネットワーク プリンターを避けるため、既定のプリンターを一時的に Microsoft Print to "
-     L"PDF にします。終了時に元のプリンターへ自動的に戻ります。"},
+     L"PDF にします。終了時は元のプリンターに自動で戻ります。"},
     {kJapanese, "btn_clean", L"整理（先にバックアップ）"},
     {kJapanese, "hint_clean",
      L"CDR 全バージョンのクラッシュ レポート、一時ファイル、サムネイル キャッシュをバックアップ "
-     L"フォルダーへ移動します。「復元」でいつでも元に戻せます。"},
+     L"フォルダーへ移動します。「復元」でいつでも戻せます。"},
     {kJapanese, "btn_restore", L"復元"},
     {kJapanese, "btn_optimize", L"最適化（レジストリをバックアップ）"},
     {kJapanese, "hint_settings",
@@ -60,17 +60,18 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "cloud_loading", L"読み込み中"},
     {kJapanese, "btn_update", L"シグネチャを更新"},
     {kJapanese, "btn_submit", L"未知のシグネチャを送信（匿名）"},
-    {kJapanese, "net_on", L"ネットワーク：オン（クリックで無効化）"},
-    {kJapanese, "net_off", L"ネットワーク：オフ（クリックで有効化）"},
+    {kJapanese, "net_on", L"ネットワーク：オン（クリックでオフ）"},
+    {kJapanese, "net_off", L"ネットワーク：オフ（クリックでオン）"},
     {kJapanese, "btn_site", L"サイトを開く：" MIRELO_WEBSITE},
     {kJapanese, "log_copy", L"ログをコピー"},
     {kJapanese, "log_clear", L"ログを消去"},
     {kJapanese, "brand_title", L"Mirelo"},
     {kJapanese, "brand_subtitle", L"v0.2 - CDR フリーズ診断とファイル軽量化"},
     {kJapanese, "safety_1",
-     L"インジェクションなし、フックなし、常駐なし。すべての操作はユーザー自身が開始します"},
+     L"インジェクションなし、フックなし、常駐なし。どの操作も、ボタンを押したときにだけ実行され"
+     L"ます"},
     {kJapanese, "safety_2",
-     L"標準ユーザーとして動作。ドライバーもパッキングも使わず、CDR "
+     L"標準ユーザーとして動作。ドライバーも実行ファイルの圧縮も使わず、CDR "
      L"本体のファイルは一切変更しません"},
     {kJapanese, "safety_3",
      L"プリンターは終了時に自動復元。整理した内容もバックアップからワンクリックで復元できます"},
@@ -83,8 +84,8 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "pdb_set", L"シンボル フォルダー：%s"},
     {kJapanese, "btn_leakbase", L"ベースラインを記録"},
     {kJapanese, "btn_leakdiff", L"ベースラインと比較"},
-    {kJapanese, "btn_watchdog_off", L"監視：オフ（クリックで有効化）"},
-    {kJapanese, "btn_watchdog_on", L"監視：オン（クリックで無効化）"},
+    {kJapanese, "btn_watchdog_off", L"監視：オフ（クリックでオン）"},
+    {kJapanese, "btn_watchdog_on", L"監視：オン（クリックでオフ）"},
     {kJapanese, "dlg_about_title", L"Mirelo のバージョン情報"},
     {kJapanese, "about_line1", L"Mirelo は CorelDRAW ユーザーのための補助ツールです。"},
     {kJapanese, "about_line2",
@@ -94,7 +95,8 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
      L"フリーズを広げる CDR ファイルを、必ず先にバックアップしてから軽量化します。"},
     {kJapanese, "about_line4", L"フリーズのよくある原因を確認し、元に戻せる修復方法を提供します。"},
     {kJapanese, "about_line5",
-     L"インジェクションなし、フックなし、常駐なし。すべての操作はユーザー自身が開始します。"},
+     L"インジェクションなし、フックなし、常駐なし。どの操作も、ボタンを押したときにだけ実行されます"
+     L"。"},
     {kJapanese, "about_line6",
      L"使い方：CDR "
      L"がフリーズしたら、「診断」タブでインスタンスを選択し、「今すぐキャプチャ」をクリックします"
@@ -108,7 +110,8 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "lbl_language", L"言語"},
     {kJapanese, "tip_printer_switch",
      L"既定のプリンターを一時的に Microsoft Print to PDF "
-     L"に切り替えますか？\n元の既定のプリンターは、Mirelo の終了時に自動的に復元されます。\n\n続行しますか？"},
+     L"に切り替えますか？\n元の既定のプリンターは、Mirelo "
+     L"の終了時に自動的に復元されます。\n\n続行しますか？"},
     {kJapanese, "printer_switched",
      L"切り替えました。元の既定のプリンター：%s（終了時に自動復元）"},
     {kJapanese, "printer_reverted", L"既定のプリンターを復元しました：%s"},
@@ -125,7 +128,8 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
      L"のバージョンのみで、ファイルのパスやドキュメントの内容は含まれません。）\n\n続行しますか？"},
     {kJapanese, "tip_slim",
      L"選択したファイルを軽量化します。\n  - "
-     L"ビューのスナップショットを削除（ご自身で保存したものも含め、ビュー マネージャのすべてのビューが消去されます）\n  - 余分なカラー "
+     L"ビューのスナップショットを削除（ご自身で保存したものも含め、ビュー "
+     L"マネージャのすべてのビューが消去されます）\n  - 余分なカラー "
      L"スタイルを消去（検証済み：オブジェクトの色には影響しません）\n  - "
      L"プレビューとサムネイルのキャッシュを削除（開いたときに CDR "
      L"が自動的に再作成します）\n各ファイルは、先に元のファイルと同じ場所に .mirelobak "

@@ -13,7 +13,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "tab_fix", L"Naprawa"},
     {kPolish, "tab_cloud", L"Chmura"},
     {kPolish, "tab_about", L"O programie"},
-    {kPolish, "tab_dev", L"Deweloper"},
+    {kPolish, "tab_dev", L"Dla deweloperów"},
     {kPolish, "card_cdr_instance", L"Wystąpienia CDR"},
     {kPolish, "card_diagnose", L"Diagnoza - znajdź winowajcę"},
     {kPolish, "card_fileslim", L"Odchudzanie plików - trwałe rozwiązanie"},
@@ -37,8 +37,9 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
      L"działania."},
     {kPolish, "btn_slim", L"Wybierz pliki CDR do odchudzenia"},
     {kPolish, "hint_slim",
-     L"Usuwa migawki widoków, zbędne style kolorów i pamięć podręczną podglądu. Najpierw tworzy "
-     L"kopię każdego pliku (.mirelobak); odchudzone pliki nie przenoszą już zawieszeń."},
+     L"Usuwa zapisane widoki (także własne), zbędne style kolorów i pamięć podręczną podglądu. "
+     L"Najpierw tworzy kopię każdego pliku (.mirelobak); odchudzone pliki nie przenoszą już "
+     L"zawieszeń."},
     {kPolish, "btn_scan", L"Sprawdź teraz"},
     {kPolish, "hint_scan",
      L"Sprawdza drukarkę domyślną (sieciowa/offline), liczbę czcionek, limit uchwytów GDI i pamięć "
@@ -67,11 +68,10 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "brand_title", L"Mirelo"},
     {kPolish, "brand_subtitle", L"v0.2 - Diagnostyka zawieszeń CDR i odchudzanie plików"},
     {kPolish, "safety_1",
-     L"Bez wstrzykiwania kodu, przechwytywania wywołań i pracy w tle – każdą czynność uruchamia "
-     L"użytkownik"},
+     L"Bez wstrzykiwania kodu, hooków i usług w tle – każdą czynność uruchamia użytkownik"},
     {kPolish, "safety_2",
-     L"Działa jako zwykły użytkownik, bez sterowników i pakowania, nigdy nie zmienia plików "
-     L"programu CDR"},
+     L"Działa jako zwykły użytkownik, bez sterowników i kompresji pliku EXE, nigdy nie zmienia "
+     L"plików programu CDR"},
     {kPolish, "safety_3",
      L"Przy zamykaniu wraca poprzednia drukarka; usunięte pliki mają kopię i wracają jednym "
      L"kliknięciem"},
@@ -96,8 +96,7 @@ constexpr PackText kPolishTexts[kStringKeys.size()] = {
     {kPolish, "about_line4",
      L"Sprawdza częste przyczyny zawieszeń i oferuje naprawy, które można cofnąć."},
     {kPolish, "about_line5",
-     L"Bez wstrzykiwania kodu, przechwytywania wywołań i pracy w tle – każdą czynność uruchamia "
-     L"użytkownik."},
+     L"Bez wstrzykiwania kodu, hooków i usług w tle – każdą czynność uruchamia użytkownik."},
     {kPolish, "about_line6",
      L"Sposób użycia: gdy CDR się zawiesi, wybierz jego wystąpienie na karcie \"Diagnoza\" i "
      L"kliknij przycisk \"Przechwyć teraz\"."},

@@ -4,7 +4,7 @@
 
 constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "app_title",
-     L"Mirelo v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos - " MIRELO_MAKER},
+     L"Mirelo v0.2 - Diagnosticar travamentos do CDR e reduzir arquivos - " MIRELO_MAKER},
     {kPortuguese, "ready_tip",
      L"O Mirelo está pronto. Quando o CDR travar, abra a guia \"Diagnóstico\" e clique em "
      L"\"Capturar agora\"."},
@@ -16,7 +16,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "tab_dev", L"Desenvolvedor"},
     {kPortuguese, "card_cdr_instance", L"Instância do CDR"},
     {kPortuguese, "card_diagnose", L"Diagnóstico - encontre o culpado"},
-    {kPortuguese, "card_fileslim", L"Enxugar arquivos - a verdadeira solução"},
+    {kPortuguese, "card_fileslim", L"Reduzir arquivos - a verdadeira solução"},
     {kPortuguese, "card_scan", L"Verificação do ambiente"},
     {kPortuguese, "card_printer", L"Impressora"},
     {kPortuguese, "card_cleanup", L"Limpeza de cache"},
@@ -35,16 +35,16 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "diag_hint",
      L"Os resultados aparecem no painel de log, na parte inferior. As correspondências trazem "
      L"recomendações."},
-    {kPortuguese, "btn_slim", L"Selecionar arquivos CDR para enxugar"},
+    {kPortuguese, "btn_slim", L"Selecionar arquivos CDR para reduzir"},
     {kPortuguese, "hint_slim",
-     L"Remove instantâneos de exibição, estilos de cores redundantes e caches de visualização. "
-     L"Antes, é feito um backup .mirelobak de cada arquivo; arquivos enxutos não propagam mais "
-     L"travamentos."},
+     L"Remove as exibições salvas (inclusive as suas), os estilos de cores redundantes e os caches "
+     L"de visualização. Antes, é feito um backup .mirelobak de cada arquivo; arquivos reduzidos "
+     L"não propagam mais travamentos."},
     {kPortuguese, "btn_scan", L"Verificar agora"},
     {kPortuguese, "hint_scan",
      L"Verifica a impressora padrão (rede/offline), o número de fontes, a cota de identificadores "
      L"GDI e a memória RAM: as principais causas de travamento."},
-    {kPortuguese, "btn_printer", L"Troca temporária (reversão automática)"},
+    {kPortuguese, "btn_printer", L"Trocar temporariamente (reversão automática)"},
     {kPortuguese, "hint_printer",
      L"Define temporariamente a Microsoft Print to PDF como impressora padrão para evitar "
      L"impressoras de rede lentas; a impressora original é restaurada automaticamente ao sair."},
@@ -66,12 +66,12 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_copy", L"Copiar"},
     {kPortuguese, "log_clear", L"Limpar"},
     {kPortuguese, "brand_title", L"Mirelo"},
-    {kPortuguese, "brand_subtitle", L"v0.2 - Diagnóstico de travamentos do CDR e arquivos enxutos"},
+    {kPortuguese, "brand_subtitle", L"v0.2 - Diagnosticar travamentos do CDR e reduzir arquivos"},
     {kPortuguese, "safety_1",
-     L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação"},
+     L"Sem injeção de código, sem hooks, sem serviço em segundo plano: você inicia cada ação"},
     {kPortuguese, "safety_2",
-     L"Executado como usuário padrão, sem driver nem packer; nunca altera os arquivos do próprio "
-     L"CDR"},
+     L"Executado como usuário padrão, sem driver, arquivo EXE não compactado; nunca altera os "
+     L"arquivos do próprio CDR"},
     {kPortuguese, "safety_3",
      L"A impressora é restaurada automaticamente ao sair; o que foi limpo tem backup e volta com "
      L"um clique"},
@@ -93,11 +93,11 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"Ele descobre o que faz o CDR travar: um plug-in, a impressora, uma fonte ou um componente "
      L"do sistema."},
     {kPortuguese, "about_line3",
-     L"Ele enxuga os arquivos CDR que propagam travamentos e antes faz o backup de cada arquivo."},
+     L"Ele reduz os arquivos CDR que propagam travamentos e antes faz o backup de cada arquivo."},
     {kPortuguese, "about_line4",
      L"Ele verifica as causas comuns de travamento e oferece correções que você pode desfazer."},
     {kPortuguese, "about_line5",
-     L"Sem injeção de código, sem hooks, nada em segundo plano: você inicia cada ação."},
+     L"Sem injeção de código, sem hooks, sem serviço em segundo plano: você inicia cada ação."},
     {kPortuguese, "about_line6",
      L"Como usar: quando o CDR travar, selecione a instância na guia \"Diagnóstico\" e clique em "
      L"\"Capturar agora\"."},
@@ -128,7 +128,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
      L"funções, além da versão do CDR; nenhum caminho de arquivo, nenhum conteúdo de "
      L"documento.)\n\nDeseja continuar?"},
     {kPortuguese, "tip_slim",
-     L"Os arquivos selecionados serão enxugados:\n  - Remover instantâneos de exibição (apaga "
+     L"Os arquivos selecionados serão reduzidos:\n  - Remover instantâneos de exibição (apaga "
      L"TODAS as exibições salvas no Gerenciador de exibições, inclusive as suas)\n  - Limpar "
      L"estilos de cores redundantes (verificado: as cores dos objetos não mudam)\n  - Excluir "
      L"caches de visualização e de miniaturas (recriados automaticamente pelo CDR ao "
@@ -148,7 +148,7 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_fallback",
      L"Não foi possível classificar automaticamente. Copie a pilha bruta ou clique em \"Enviar "
      L"assinatura desconhecida\" para ajudar a melhorar o banco de assinaturas."},
-    {kPortuguese, "log_stack_hdr", L"--- 8 primeiros quadros ---"},
+    {kPortuguese, "log_stack_hdr", L"--- 8 quadros do topo da pilha ---"},
     {kPortuguese, "log_responsive",
      L"O thread principal do CDR está respondendo agora. Clique em \"Capturar agora\" novamente "
      L"durante um travamento."},
@@ -201,16 +201,16 @@ constexpr PackText kPortugueseTexts[kStringKeys.size()] = {
     {kPortuguese, "log_health", L"Estado: %s"},
     {kPortuguese, "log_slim_ok",
      L"%s: %s -> %s (exibições removidas: %d, cores eliminadas: %d, visualizações removidas: %d)"},
-    {kPortuguese, "log_slim_clean", L"%s: já está enxuto, nada a fazer."},
+    {kPortuguese, "log_slim_clean", L"%s: já está reduzido, nada a fazer."},
     {kPortuguese, "log_slim_fail", L"Falha em %s: %s"},
     {kPortuguese, "log_slim_old",
      L"%s: formato antigo (riffData, X5 ou anterior). Ignorado: salve antes como X6 ou posterior."},
     {kPortuguese, "log_slim_sum",
-     L"Concluído: com êxito %d / já enxutos %d / com falha ou ignorados %d. Os backups são os "
+     L"Concluído: com êxito %d / já reduzidos %d / com falha ou ignorados %d. Os backups são os "
      L"arquivos .mirelobak ao lado dos originais."},
     {kPortuguese, "log_slim_tip",
-     L"Dica: abra um arquivo enxuto no CDR para confirmar que está tudo certo antes de processar "
-     L"em lote. Arquivos enxutos podem ser compartilhados com segurança."},
+     L"Dica: abra um arquivo reduzido no CDR para confirmar que está tudo certo antes de processar "
+     L"em lote. Arquivos reduzidos podem ser compartilhados com segurança."},
     {kPortuguese, "log_clean_err", L"Falha na limpeza: %s"},
     {kPortuguese, "log_clean_done",
      L"Limpeza concluída. Arquivos movidos: %d. Pasta de backup: %s"},

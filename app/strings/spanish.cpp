@@ -4,7 +4,7 @@
 
 constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "app_title",
-     L"Mirelo v0.2 - Diagnóstico de bloqueos de CDR y archivos más ligeros - " MIRELO_MAKER},
+     L"Mirelo v0.2 - Diagnosticar bloqueos de CDR y aligerar archivos - " MIRELO_MAKER},
     {kSpanish, "ready_tip",
      L"Mirelo está listo. Cuando CDR se bloquee, vaya a la pestaña «Diagnóstico» y haga clic en "
      L"«Capturar ahora»."},
@@ -37,18 +37,18 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
      L"recomendación."},
     {kSpanish, "btn_slim", L"Seleccionar archivos CDR para aligerar"},
     {kSpanish, "hint_slim",
-     L"Elimina instantáneas de vistas, estilos de color redundantes y cachés de vista previa. "
-     L"Antes se guarda una copia .mirelobak de cada archivo; los archivos aligerados ya no "
-     L"propagan bloqueos."},
+     L"Elimina las vistas guardadas (también las suyas), los estilos de color redundantes y las "
+     L"cachés de vista previa. Antes se guarda una copia .mirelobak de cada archivo; los archivos "
+     L"aligerados ya no propagan bloqueos."},
     {kSpanish, "btn_scan", L"Comprobar ahora"},
     {kSpanish, "hint_scan",
      L"Comprueba la impresora predeterminada (red/sin conexión), el número de fuentes, la cuota de "
      L"identificadores GDI y la memoria RAM: las principales causas de bloqueo."},
-    {kSpanish, "btn_printer", L"Cambio temporal (reversión automática)"},
+    {kSpanish, "btn_printer", L"Cambiar temporalmente (reversión automática)"},
     {kSpanish, "hint_printer",
      L"Establece temporalmente Microsoft Print to PDF como impresora predeterminada para evitar "
      L"impresoras de red lentas; al salir se restaura automáticamente la impresora original."},
-    {kSpanish, "btn_clean", L"Limpiar (copia previa)"},
+    {kSpanish, "btn_clean", L"Limpiar (con copia)"},
     {kSpanish, "hint_clean",
      L"Mueve a una carpeta de copias los informes de errores, los archivos temporales y las cachés "
      L"de miniaturas de cada versión de CDR; reversible en todo momento con «Restaurar»."},
@@ -66,12 +66,13 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "log_copy", L"Copiar"},
     {kSpanish, "log_clear", L"Borrar"},
     {kSpanish, "brand_title", L"Mirelo"},
-    {kSpanish, "brand_subtitle", L"v0.2 - Diagnóstico de bloqueos de CDR y archivos más ligeros"},
+    {kSpanish, "brand_subtitle", L"v0.2 - Diagnosticar bloqueos de CDR y aligerar archivos"},
     {kSpanish, "safety_1",
-     L"Sin inyección ni interceptación de código, nada en segundo plano: usted inicia cada acción"},
+     L"Sin inyección ni interceptación de código, sin servicios en segundo plano: usted inicia "
+     L"cada acción"},
     {kSpanish, "safety_2",
-     L"Se ejecuta como usuario estándar, sin controladores ni empaquetado; nunca altera archivos "
-     L"propios de CDR"},
+     L"Usuario estándar, sin controladores, ejecutable sin comprimir; nunca modifica los archivos "
+     L"del programa CDR"},
     {kSpanish, "safety_3",
      L"La impresora se restaura automáticamente al salir; limpieza con copia y restauración con un "
      L"clic"},
@@ -99,8 +100,8 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "about_line4",
      L"Comprueba las causas habituales de bloqueo y ofrece reparaciones que se pueden deshacer."},
     {kSpanish, "about_line5",
-     L"Sin inyección ni interceptación de código, nada en segundo plano: usted inicia cada "
-     L"acción."},
+     L"Sin inyección ni interceptación de código, sin servicios en segundo plano: usted inicia "
+     L"cada acción."},
     {kSpanish, "about_line6",
      L"Modo de uso: cuando CDR se bloquee, seleccione su instancia en la pestaña «Diagnóstico» y "
      L"haga clic en «Capturar ahora»."},
@@ -173,8 +174,8 @@ constexpr PackText kSpanishTexts[kStringKeys.size()] = {
     {kSpanish, "log_cloud_update", L"Actualizando las firmas..."},
     {kSpanish, "log_cloud_done", L"Firmas actualizadas a la v%d (%d reglas)"},
     {kSpanish, "log_submit_no",
-     L"Todavía no hay datos capturados. Use primero «Capturar ahora» y envíe cuando no coincida "
-     L"ninguna firma."},
+     L"Todavía no hay datos capturados. Use primero «Capturar ahora» y envíe los datos si no "
+     L"coincide ninguna firma."},
     {kSpanish, "log_submit_done", L"Firmas de marcos enviadas de forma anónima: %d. ¡Gracias!"},
     {kSpanish, "log_watchdog_on",
      L"Supervisión de bloqueos activada. El informe indicará cuándo CDR deja de responder."},

@@ -45,7 +45,7 @@ constexpr bool isShowable(const wchar_t* text) {
     if (text == nullptr || *text == L'\0') return false;
     const std::wstring_view view(text);
     const auto isBlank = [](wchar_t c) {
-        return c == L' ' || c == L'\n' || c == L'\t' || c == 0x3000;
+        return c == L' ' || c == L'\n' || c == L'\t' || c == 0xA0 || c == 0x3000;
     };
     return !isBlank(view.front()) && !isBlank(view.back());
 }

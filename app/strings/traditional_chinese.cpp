@@ -3,7 +3,7 @@
 #include "build_settings.h"
 
 constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
-    {kTraditionalChinese, "app_title", L"Mirelo v0.2 - CDR 停止回應診斷與檔案瘦身 - " MIRELO_MAKER},
+    {kTraditionalChinese, "app_title", L"Mirelo v0.2 - CDR 無回應診斷與檔案瘦身 - " MIRELO_MAKER},
     {kTraditionalChinese, "ready_tip",
      L"Mirelo 已就緒。CDR 停止回應時，請切換到「診斷」索引標籤，然後按一下「立即擷取」。"},
     {kTraditionalChinese, "log_sig_local", L"已載入本機快取的特徵庫"},
@@ -14,7 +14,7 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "tab_dev", L"開發"},
     {kTraditionalChinese, "card_cdr_instance", L"CDR 執行個體"},
     {kTraditionalChinese, "card_diagnose", L"診斷 - 揪出元凶"},
-    {kTraditionalChinese, "card_fileslim", L"檔案瘦身 - 真正的根治之道"},
+    {kTraditionalChinese, "card_fileslim", L"檔案瘦身 - 治本之道"},
     {kTraditionalChinese, "card_scan", L"環境檢查"},
     {kTraditionalChinese, "card_printer", L"印表機"},
     {kTraditionalChinese, "card_cleanup", L"快取清理"},
@@ -26,15 +26,15 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "card_safety", L"安全承諾"},
     {kTraditionalChinese, "card_pdb", L"符號檔（PDB）"},
     {kTraditionalChinese, "card_leak", L"控制代碼洩漏測試"},
-    {kTraditionalChinese, "card_watchdog", L"停止回應監視"},
+    {kTraditionalChinese, "card_watchdog", L"無回應監視"},
     {kTraditionalChinese, "btn_refresh", L"重新整理"},
     {kTraditionalChinese, "btn_metrics", L"儀表板"},
-    {kTraditionalChinese, "btn_capture", L"立即擷取（卡住時）"},
+    {kTraditionalChinese, "btn_capture", L"立即擷取（沒有回應時）"},
     {kTraditionalChinese, "diag_hint",
      L"結果會顯示在底部的記錄面板中；若有相符的特徵，會自動提供處理建議。"},
     {kTraditionalChinese, "btn_slim", L"選取要瘦身的 CDR 檔案"},
     {kTraditionalChinese, "hint_slim",
-     L"清除檢視快照、多餘的色彩樣式與預覽快取。每個檔案都會先備份為 "
+     L"清除已儲存的檢視（包括您自己的）、多餘的色彩樣式與預覽快取。每個檔案都會先備份為 "
      L".mirelobak；瘦身後的檔案不會再散播卡頓問題。"},
     {kTraditionalChinese, "btn_scan", L"立即檢查"},
     {kTraditionalChinese, "hint_scan",
@@ -47,9 +47,9 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "hint_clean",
      L"將所有 CDR 版本的當機報告、暫存檔與縮圖快取移到備份資料夾；隨時可用「還原」恢復原狀。"},
     {kTraditionalChinese, "btn_restore", L"還原"},
-    {kTraditionalChinese, "btn_optimize", L"最佳化（先備份登錄）"},
+    {kTraditionalChinese, "btn_optimize", L"最佳化（先備份登錄檔）"},
     {kTraditionalChinese, "hint_settings",
-     L"將復原層級設為 30，並停用歡迎畫面；會先匯出登錄，重新啟動 CDR 後生效。"},
+     L"將復原層級設為 30，並停用歡迎畫面；會先匯出登錄檔，重新啟動 CDR 後生效。"},
     {kTraditionalChinese, "cloud_loading", L"正在載入"},
     {kTraditionalChinese, "btn_update", L"更新特徵庫"},
     {kTraditionalChinese, "btn_submit", L"提交未知特徵（匿名）"},
@@ -59,12 +59,13 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "log_copy", L"複製報告"},
     {kTraditionalChinese, "log_clear", L"清除報告"},
     {kTraditionalChinese, "brand_title", L"Mirelo"},
-    {kTraditionalChinese, "brand_subtitle", L"v0.2 - CDR 停止回應診斷與檔案瘦身"},
-    {kTraditionalChinese, "safety_1", L"不注入、不掛鉤、不在背景執行，每項操作都由您啟動"},
+    {kTraditionalChinese, "brand_subtitle", L"v0.2 - CDR 無回應診斷與檔案瘦身"},
+    {kTraditionalChinese, "safety_1", L"不注入、不掛鉤、不在背景常駐，每項操作都由您啟動"},
     {kTraditionalChinese, "safety_2",
      L"以標準使用者身分執行，無驅動程式、不加殼，絕不修改 CDR 本身的檔案"},
     {kTraditionalChinese, "safety_3", L"結束時自動還原印表機；清理的內容皆有備份，按一下即可還原"},
-    {kTraditionalChinese, "safety_4", L"匿名提交僅包含模組名稱與函式名稱，並由伺服器強制保護隱私"},
+    {kTraditionalChinese, "safety_4",
+     L"匿名提交僅包含模組名稱與函式名稱，隱私保護由伺服器強制執行"},
     {kTraditionalChinese, "dev_pdb_hint",
      L"選擇存放 PDB 符號檔的資料夾，擷取的堆疊就能顯示更多函式名稱。"},
     {kTraditionalChinese, "btn_pdbpath", L"選擇符號資料夾"},
@@ -79,7 +80,7 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
      L"找出讓 CDR 停止回應的元凶：外掛程式、印表機、字型或系統元件。"},
     {kTraditionalChinese, "about_line3", L"為會散播卡頓問題的 CDR 檔案瘦身，並先備份每個檔案。"},
     {kTraditionalChinese, "about_line4", L"檢查常見的卡頓原因，並提供可還原的修復。"},
-    {kTraditionalChinese, "about_line5", L"不注入、不掛鉤、不在背景執行，每項操作都由您啟動。"},
+    {kTraditionalChinese, "about_line5", L"不注入、不掛鉤、不在背景常駐，每項操作都由您啟動。"},
     {kTraditionalChinese, "about_line6",
      L"使用方式：CDR 停止回應時，在「診斷」索引標籤選取其執行個體，然後按一下「立即擷取」。"},
     {kTraditionalChinese, "about_line7",
@@ -96,18 +97,17 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "printer_orig_err", L"無法還原原本的預設印表機：%s"},
     {kTraditionalChinese, "tip_optimize",
      L"要最佳化 CDR 設定嗎？\n  - 將復原層級設為 30\n  - "
-     L"停用歡迎畫面\n會先匯出登錄。繼續之前請先關閉 CDR。\n\n要繼續嗎？"},
-    {kTraditionalChinese, "opt_done", L"CDR 設定已最佳化。登錄備份：%s"},
+     L"停用歡迎畫面\n會先匯出登錄檔。繼續之前請先關閉 CDR。\n\n要繼續嗎？"},
+    {kTraditionalChinese, "opt_done", L"CDR 設定已最佳化。登錄檔備份：%s"},
     {kTraditionalChinese, "opt_changed", L"已變更的設定數：%d"},
     {kTraditionalChinese, "opt_reboot", L"重新啟動 CDR 後變更才會生效。"},
     {kTraditionalChinese, "tip_submit",
      L"要匿名上傳擷取的堆疊特徵嗎？\n（僅包含模組名稱、函式名稱與 CDR "
      L"版本，不含檔案路徑與文件內容。）\n\n要繼續嗎？"},
     {kTraditionalChinese, "tip_slim",
-     L"將對選取的檔案進行瘦身：\n  - "
-     L"清除檢視快照（會清除檢視管理員中全部已儲存的檢視，包括您自己的）\n  - "
-     L"清除多餘的色彩樣式（已驗證：物件色彩不受影響）\n  - 刪除預覽/縮圖快取（開啟時由 CDR "
-     L"自動重建）\n每個檔案都會先在原始檔案旁備份為 .mirelobak。\n請確認這些檔案目前並未在 CDR "
+     L"將對選取的檔案進行瘦身：\n  - 清除檢視快照（會清除檢視管理員中全部已儲存的檢視，包括您自己的"
+     L"）\n  - 清除多餘的色彩樣式（已驗證：物件色彩不受影響）\n  - 刪除預覽/縮圖快取（開啟時由 CDR "
+     L"自動重建）\n每個檔案都會先在同一資料夾中備份為 .mirelobak。\n請確認這些檔案目前並未在 CDR "
      L"中開啟。要繼續嗎？"},
     {kTraditionalChinese, "log_no_instance", L"請先選取一個 CDR 執行個體。"},
     {kTraditionalChinese, "log_capturing", L"正在擷取 CDR 主執行緒的堆疊…"},
@@ -120,7 +120,7 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
      L"沒有相符的特徵，您可以按一下「提交未知特徵」，匿名充實社群特徵庫。"},
     {kTraditionalChinese, "log_fallback",
      L"無法自動歸類。請複製原始堆疊，或按一下「提交未知特徵」，協助充實特徵庫。"},
-    {kTraditionalChinese, "log_stack_hdr", L"--- 最上層 8 個框架 ---"},
+    {kTraditionalChinese, "log_stack_hdr", L"--- 堆疊頂端 8 個框架 ---"},
     {kTraditionalChinese, "log_responsive",
      L"CDR 主執行緒目前有回應。請在停止回應時再按一下「立即擷取」。"},
     {kTraditionalChinese, "log_responsive_ok", L"CDR 回應正常。"},
@@ -141,8 +141,8 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "log_submit_no",
      L"尚無擷取資料。請先使用「立即擷取」，沒有相符的特徵時再提交。"},
     {kTraditionalChinese, "log_submit_done", L"已匿名提交 %d 個框架特徵，謝謝！"},
-    {kTraditionalChinese, "log_watchdog_on", L"停止回應監視已開啟。CDR 停止回應時會留下記錄。"},
-    {kTraditionalChinese, "log_watchdog_off", L"停止回應監視已關閉。"},
+    {kTraditionalChinese, "log_watchdog_on", L"無回應監視已開啟。CDR 停止回應時會留下記錄。"},
+    {kTraditionalChinese, "log_watchdog_off", L"無回應監視已關閉。"},
     {kTraditionalChinese, "log_pdb_set", L"已設定符號資料夾：%s"},
     {kTraditionalChinese, "log_leak_base", L"已記錄基準。GDI 控制代碼：%d"},
     {kTraditionalChinese, "log_leak_go", L"請照常使用 CDR，然後按一下「與基準比較」。"},
@@ -152,7 +152,7 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
      L"記錄基準時的 CDR 執行個體已不再執行。請重新記錄基準。"},
     {kTraditionalChinese, "log_leak_err", L"無法讀取 CDR 的控制代碼數。"},
     {kTraditionalChinese, "log_leak_report", L"GDI 控制代碼：基準 %d，目前 %d"},
-    {kTraditionalChinese, "log_leak_judge", L"判斷：%s"},
+    {kTraditionalChinese, "log_leak_judge", L"判定：%s"},
     {kTraditionalChinese, "log_leak_j0", L"正常：控制代碼數已回到基準附近"},
     {kTraditionalChinese, "log_leak_j1", L"值得注意：控制代碼數持續高於基準"},
     {kTraditionalChinese, "log_leak_j2", L"很可能洩漏：控制代碼數持續遠高於基準"},
@@ -166,7 +166,8 @@ constexpr PackText kTraditionalChineseTexts[kStringKeys.size()] = {
     {kTraditionalChinese, "log_slim_old",
      L"%s：舊格式（riffData，X5 及更早版本）。已略過，請先另存為 X6 或更新版本。"},
     {kTraditionalChinese, "log_slim_sum",
-     L"完成：成功 %d / 無須瘦身 %d / 失敗或略過 %d。備份是原始檔案旁的 .mirelobak 檔案。"},
+     L"完成：成功 %d / 無須瘦身 %d / 失敗或略過 %d。備份儲存在原始檔案所在的資料夾中（.mirelobak "
+     L"檔案）。"},
     {kTraditionalChinese, "log_slim_tip",
      L"提示：批次處理前，請先在 CDR "
      L"中開啟一個瘦身後的檔案，確認一切正常。瘦身後的檔案可以放心分享。"},

@@ -37,8 +37,9 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
      L"önerilir."},
     {kTurkish, "btn_slim", L"Hafifletilecek CDR dosyalarını seç"},
     {kTurkish, "hint_slim",
-     L"Görünüm anlık görüntülerini, gereksiz renk stillerini ve önizleme önbelleğini siler. Her "
-     L"dosya önce .mirelobak olarak yedeklenir; hafifletilen dosyalar artık donma yaymaz."},
+     L"Kayıtlı görünümleri (sizinkiler dahil), gereksiz renk stillerini ve önizleme önbelleğini "
+     L"siler. Her dosya önce .mirelobak olarak yedeklenir; hafifletilen dosyalar artık donma "
+     L"yaymaz."},
     {kTurkish, "btn_scan", L"Şimdi denetle"},
     {kTurkish, "hint_scan",
      L"Donmaların başlıca nedenleri olan varsayılan yazıcıyı (ağ/çevrimdışı), yazı tipi sayısını, "
@@ -49,8 +50,8 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
      L"PDF yapar; çıkışta önceki yazıcınız otomatik olarak geri yüklenir."},
     {kTurkish, "btn_clean", L"Temizle (önce yedekle)"},
     {kTurkish, "hint_clean",
-     L"Tüm CDR sürümlerinin kilitlenme raporlarını, geçici dosyalarını ve küçük resim önbelleğini "
-     L"yedek klasörüne taşır; \"Geri yükle\" ile istediğiniz zaman geri alabilirsiniz."},
+     L"Tüm CDR sürümlerinin çökme raporlarını, geçici dosyalarını ve küçük resim önbelleğini yedek "
+     L"klasörüne taşır; \"Geri yükle\" ile istediğiniz zaman geri alabilirsiniz."},
     {kTurkish, "btn_restore", L"Geri yükle"},
     {kTurkish, "btn_optimize", L"İyileştir (kayıt defteri yedeklenir)"},
     {kTurkish, "hint_settings",
@@ -63,19 +64,19 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "net_off", L"Ağ: KAPALI (açmak için tıklayın)"},
     {kTurkish, "btn_site", L"Siteye git: " MIRELO_WEBSITE},
     {kTurkish, "log_copy", L"Kopyala"},
-    {kTurkish, "log_clear", L"Raporu sil"},
+    {kTurkish, "log_clear", L"Boşalt"},
     {kTurkish, "brand_title", L"Mirelo"},
     {kTurkish, "brand_subtitle", L"v0.2 - CDR Donma Tanılama ve Dosya Hafifletme"},
     {kTurkish, "safety_1",
-     L"Kod enjeksiyonu yok, kanca yok, arka planda çalışma yok; her işlemi siz başlatırsınız"},
+     L"Kod enjeksiyonu yok, kanca yok, arka plan hizmeti yok; her işlemi siz başlatırsınız"},
     {kTurkish, "safety_2",
-     L"Standart kullanıcı olarak çalışır; sürücü ve paketleme yok, CDR'nin kendi dosyalarını asla "
-     L"değiştirmez"},
+     L"Standart kullanıcı olarak çalışır; sürücü yok, sıkıştırılmış EXE yok, CDR'nin kendi "
+     L"dosyalarını asla değiştirmez"},
     {kTurkish, "safety_3",
      L"Yazıcı değişikliği çıkışta otomatik geri alınır; temizlenenler yedeklenir, tek tıklamayla "
      L"geri yüklenir"},
     {kTurkish, "safety_4",
-     L"Anonim gönderimler yalnızca modül ve işlev adlarını içerir; gizliliği sunucu zorunlu kılar"},
+     L"Anonim gönderimler yalnızca modül ve işlev adlarını içerir; gizliliği sunucu da korur"},
     {kTurkish, "dev_pdb_hint",
      L"Yakalanan yığınlarda daha fazla işlev adı görmek için PDB sembol dosyalarının klasörünü "
      L"seçin."},
@@ -94,7 +95,7 @@ constexpr PackText kTurkishTexts[kStringKeys.size()] = {
     {kTurkish, "about_line4",
      L"Donmaların yaygın nedenlerini denetler ve geri alabileceğiniz düzeltmeler sunar."},
     {kTurkish, "about_line5",
-     L"Kod enjeksiyonu yok, kanca yok, arka planda çalışma yok; her işlemi siz başlatırsınız."},
+     L"Kod enjeksiyonu yok, kanca yok, arka plan hizmeti yok; her işlemi siz başlatırsınız."},
     {kTurkish, "about_line6",
      L"Kullanım: CDR donduğunda \"Tanılama\" sekmesinde ilgili örneği seçin ve \"Şimdi yakala\" "
      L"düğmesine tıklayın."},

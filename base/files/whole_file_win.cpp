@@ -69,7 +69,7 @@ FileResult readExactly(HANDLE file, void* buffer, std::uint64_t size) {
     return {};
 }
 
-FileResult writeFlushed(HANDLE file, std::string_view bytes) {
+FileResult writeAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
         const auto part = static_cast<DWORD>(std::min(bytes.size(), kLargestWrite));
         DWORD written = 0;
@@ -77,6 +77,12 @@ FileResult writeFlushed(HANDLE file, std::string_view bytes) {
         if (written == 0) return resultOfError(ERROR_DISK_FULL);
         bytes.remove_prefix(written);
     }
+    return {};
+}
+
+FileResult writeFlushed(HANDLE file, std::string_view bytes) {
+    const FileResult result = writeAll(file, bytes);
+    if (!result.isDone()) return result;
     return FlushFileBuffers(file) ? FileResult{} : lastError();
 }
 

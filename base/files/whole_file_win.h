@@ -33,7 +33,10 @@ OpenedFile openForReading(const std::wstring& path, SizeRange sizes);
 /// Reads from the file's position; `changed` when the file ends before `size` bytes.
 FileResult readExactly(HANDLE file, void* buffer, std::uint64_t size);
 
-/// Writes all bytes at the file's position and sees them onto the disk.
+/// Writes all bytes at the file's position.
+FileResult writeAll(HANDLE file, std::string_view bytes);
+
+/// The same, and sees them onto the disk.
 FileResult writeFlushed(HANDLE file, std::string_view bytes);
 
 /// Reads the whole file into memory that `contents`, a container of bytes, may already have. Empty

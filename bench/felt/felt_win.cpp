@@ -16,9 +16,9 @@
 #include "app/main_window_win.h"
 #include "base/handle_win.h"
 #include "bench/rounds.h"
+#include "base/files/whole_file_win.h"
 #include "cloud/cache_file_win.h"
 #include "cloud/settings_win.h"
-#include "slim/slim_files_win.h"
 
 namespace {
 
@@ -88,8 +88,7 @@ class Bench {
                                             std::string_view) { return *served; };
         const std::wstring path = CacheFilePath() + L".bench";
         window_.session.cloud.writeCache = [&](std::string_view body) {
-            return realSlimFiles().writeWhole(
-                path, ByteView(reinterpret_cast<const std::uint8_t*>(body.data()), body.size()));
+            return replaceWholeFile(path, body);
         };
         const auto clickWith = [&](const std::string& document) {
             served = &document;

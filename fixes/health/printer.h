@@ -32,9 +32,11 @@ struct PrinterEntry {
 /// there is none. An empty name means that there is no default printer: no flag is set.
 DefaultPrinterInfo JudgeDefaultPrinter(std::wstring name, std::span<const PrinterEntry> entries);
 
-/// The spooler as the temporary switch uses it. Both are always set.
+/// The spooler as the temporary switch uses it. Both are always set, and answer within seconds even
+/// where the spooler does not.
 struct Printers {
     std::function<DefaultPrinterInfo()> queryDefault;
-    /// False when the system refuses.
-    std::function<bool(const std::wstring& name)> setDefault;
+    /// False when the system refuses, and when it does not answer. What then comes true too late is
+    /// taken back in favour of the printer `otherwise`, unless that is empty.
+    std::function<bool(const std::wstring& name, const std::wstring& otherwise)> setDefault;
 };

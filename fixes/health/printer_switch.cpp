@@ -24,12 +24,12 @@ void Restore(const ActionHost& host, PrinterSwitch& state, const Printers& print
 std::wstring SwitchToVirtualPrinter(const Printers& printers) {
     DefaultPrinterInfo current = printers.queryDefault();
     if (current.name.empty() || current.isVirtual) return {};
-    if (!printers.setDefault(kVirtualPrinter)) return {};
+    if (!printers.setDefault(kVirtualPrinter, current.name)) return {};
     return std::move(current.name);
 }
 
 bool RestoreDefaultPrinter(const std::wstring& name, const Printers& printers) {
-    return !name.empty() && printers.setDefault(name);
+    return !name.empty() && printers.setDefault(name, {});
 }
 
 void OnTempPrinter(const ActionHost& host, PrinterSwitch& state, const Printers& printers) {

@@ -1,3 +1,4 @@
+// Every call into the spooler has a limit: behind it may stand a print server that is not there.
 #include "fixes/health/printer_win.h"
 
 #include <windows.h>
@@ -6,6 +7,8 @@
 
 #include <utility>
 #include <vector>
+
+#include "base/deadline_win.h"
 
 namespace {
 
@@ -51,16 +54,32 @@ std::vector<PrinterEntry> PrinterEntries(const Enumeration& found) {
     return entries;
 }
 
+DefaultPrinterInfo queryWithin(unsigned limitMs) {
+    std::optional<std::wstring> name = answerWithin(limitMs, DefaultPrinterName);
+    if (!name || name->empty()) return {};
+    const auto found = answerWithin(limitMs, EnumeratePrinters).value_or(Enumeration());
+    return JudgeDefaultPrinter(std::move(*name), PrinterEntries(found));
+}
+
+bool setWithin(unsigned limitMs, const std::wstring& name, const std::wstring& otherwise) {
+    const auto takeBack = [name, otherwise] {
+        if (!otherwise.empty() && DefaultPrinterName() == name)
+            SetDefaultPrinterW(otherwise.c_str());
+    };
+    return answerWithin(
+               limitMs, [name] { return SetDefaultPrinterW(name.c_str()) != FALSE; }, takeBack)
+        .value_or(false);
+}
+
 }  // namespace
 
 DefaultPrinterInfo QueryDefaultPrinter() {
-    std::wstring name = DefaultPrinterName();
-    if (name.empty()) return {};
-    const Enumeration found = EnumeratePrinters();
-    return JudgeDefaultPrinter(std::move(name), PrinterEntries(found));
+    return queryWithin(kSpoolerLimitMs);
 }
 
-Printers SystemPrinters() {
-    return {QueryDefaultPrinter,
-            [](const std::wstring& name) { return SetDefaultPrinterW(name.c_str()) != FALSE; }};
+Printers SystemPrinters(unsigned limitMs) {
+    return {[limitMs] { return queryWithin(limitMs); },
+            [limitMs](const std::wstring& name, const std::wstring& otherwise) {
+                return setWithin(limitMs, name, otherwise);
+            }};
 }

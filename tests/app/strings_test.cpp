@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 
 #include "app/language.h"
 #include "app/strings/base_texts.h"
@@ -17,19 +18,29 @@ static std::wstring placeholdersAndBreaks(std::wstring_view text) {
     return kept;
 }
 
+// The words that a language writes like English. Every other text must differ.
+static bool isTakenOver(std::string_view key, int language) {
+    static const std::map<std::string_view, std::set<int>> kTakenOver = {
+        {"tab_cloud", {kCzech, kDutch, kFrench, kGerman, kItalian}},
+        {"tab_diag", {kDutch, kGerman}},
+        {"card_printer", {kDutch}},
+    };
+    const auto found = kTakenOver.find(key);
+    return key == "brand_title" || (found != kTakenOver.end() && found->second.contains(language));
+}
+
 TEST(Strings, EveryLanguageIsTranslatedInTheShapeOfTheEnglishTexts) {
     for (int language = 0; language < kLanguageCount; ++language) {
-        int equal = 0;
+        if (language == kEnglish) continue;
         for (const std::string_view key : kStringKeys) {
             setLanguage(kEnglish);
             const std::wstring english = tr(key);
             setLanguage(language);
             EXPECT_EQ(placeholdersAndBreaks(tr(key)), placeholdersAndBreaks(english))
                 << key << " in language " << language;
-            equal += english == tr(key) ? 1 : 0;
+            EXPECT_EQ(english == tr(key), isTakenOver(key, language))
+                << key << " in language " << language;
         }
-        // The brand, and a few words that a language took over.
-        EXPECT_LE(equal, language == kEnglish ? 136 : 4) << "language " << language;
     }
     setLanguage(14);
     EXPECT_STREQ(tr("tab_about"), L"About");

@@ -16,6 +16,7 @@ struct Press {
     CdrInstance instance = {4711, 42, this, L"C:\\CorelDRW.exe", L"25.0.0.230"};
     bool responsive = false;
     CaptureResult capture;
+    EvidenceSensors evidence;
     LastCapture last = {{Frame(L"kept", L"")}, FrameCategory::font, L"24"};
 
     std::wstring report(bool selected = true) {
@@ -34,7 +35,8 @@ struct Press {
                 EXPECT_EQ(threadId, 42U);
                 return capture;
             },
-            {[](const std::wstring&) { return false; }, [](const std::wstring&) { return false; }}};
+            {[](const std::wstring&) { return false; }, [](const std::wstring&) { return false; }},
+            evidence};
         SignatureRuleBase rules;
         LoadBuiltInRules(rules);
         OnCaptureNow(host, selected ? &instance : nullptr, rules, sensors, last);
@@ -87,6 +89,26 @@ TEST(CaptureNow, ReportsAMatchedRuleAndEightFrames) {
     EXPECT_EQ(press.last.frames[8].moduleName, L"ninth");
     EXPECT_EQ(press.last.category, FrameCategory::plugin);
     EXPECT_EQ(press.last.version, L"25.0.0.230");
+}
+
+TEST(CaptureNow, TellsTheEvidenceBehindTheDiagnosis) {
+    Press press;
+    press.capture = {true, {}, {Frame(L"hook", L"OnMouse")}};
+    const std::wstring alone = press.report();
+    std::uint64_t nowUs = 0;
+    press.evidence.moment = [&](std::uint32_t threadId) {
+        EXPECT_EQ(threadId, 42U);
+        return ThreadMoment{nowUs += 1'000'000, 0};
+    };
+    const std::wstring work =
+        L"===== Evidence =====\n[Evidence] Main thread: waiting, 0 % of a core during the capture";
+    press.last = {};
+    EXPECT_EQ(press.report(), alone + work + L".\n\n");
+    EXPECT_EQ(press.report(), alone + work + L"; at the same place as 2 s ago.\n\n");
+    EXPECT_EQ(press.report(), alone + work + L"; at the same place as 4 s ago.\n\n");
+    press.capture.frames[0].function = L"Elsewhere";
+    EXPECT_NE(press.report().find(L"; moving: at another place than 2 s ago.\n\n"),
+              std::wstring::npos);
 }
 
 TEST(CaptureNow, ReportsAnUnmatchedSuspect) {

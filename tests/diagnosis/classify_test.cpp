@@ -15,7 +15,7 @@ StackFrame Frame(const wchar_t* module, const wchar_t* function = L"", const wch
 }
 
 // A machine whose system directory is S: and whose maker writes "ms" into its files' names.
-constexpr SystemFiles kFiles{
+const SystemFiles kFiles{
     [](const std::wstring& path) { return path.starts_with(L"S:"); },
     [](const std::wstring& path) { return path.find(L"ms") != std::wstring::npos; }};
 

@@ -1,4 +1,4 @@
-"""The signature server that mirelo_local.exe asks: nginx on this machine, with a certificate that nobody signed."""
+"""The signature server that mirelo_local.exe asks, on this machine, with a certificate that nobody should trust."""
 
 import contextlib
 import json
@@ -8,7 +8,7 @@ import sys
 from driver import BUILD
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "cloud" / "https_e2e"))
-from servers import Nginx, make_certificate  # noqa: E402
+from servers import OddServer  # noqa: E402
 
 PROGRAM = BUILD / "tests" / "mirelo_local.exe"
 
@@ -22,9 +22,9 @@ def rule_document(version, *rules):
     return json.dumps({"version": version, "rules": rules})
 
 
-class SignatureServer(Nginx):
+class SignatureServer(OddServer):
     def __init__(self, folder):
-        super().__init__(folder, {"good": make_certificate(folder, "good", subject="nobody.example")}, port=443)
+        super().__init__(folder, port=443)
         self.document = self.www / "api" / "mirelo" / "signatures.php"
         self.document.parent.mkdir(parents=True)
 
@@ -32,7 +32,7 @@ class SignatureServer(Nginx):
         self.document.write_text(text)
 
     def submissions(self):
-        return [line for line in self.requests() if "POST /api/mirelo/submit.php" in line]
+        return [body for method, _, _, body in self.requests if method == "POST"]
 
 
 @contextlib.contextmanager

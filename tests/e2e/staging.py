@@ -1,7 +1,11 @@
 """Stages what the Fix page finds, for tests and for pictures."""
 
 import contextlib
+import io
+import random
 import shutil
+import struct
+import zipfile
 
 from driver import windows_path
 
@@ -65,6 +69,36 @@ class Spooler:
             self._wine.delete_registry(DEFAULT, "Device")
 
 
+def backups_folder(wine):
+    return wine.tool_folder.parents[1] / "Local" / "Mirelo" / "backups"
+
+
+def chunk(name, data):
+    return name + struct.pack("<I", len(data)) + data + b"\0" * (len(data) % 2)
+
+
+def document(views=3, styles=5, previews=2, payload=200, leaves=1):
+    """A document of X7 or later; `payload` bytes are for each of its large entries, `leaves` for its drawing."""
+    noise = random.Random(1)
+    bookmarks = chunk(b"LIST", b"bmkt" + chunk(b"bmrk", bytes(16)) * views)
+    page = chunk(b"LIST", b"page" + chunk(b"loda", bytes(16)) * leaves)
+    inks = '<color cs="CMYK" name="Ink" tints="0,0,0,1"/>' * styles
+    entries = {
+        "content/data/Bitmaps.dat": noise.randbytes(payload),
+        "content/root.dat": chunk(b"RIFF", b"CDRR" + chunk(b"vrsn", bytes(2)) + chunk(b"LIST", b"doc " + bookmarks) + page),
+        **{f"previews/page{number}.png": noise.randbytes(payload // 8) for number in range(previews)},
+        "color/docPalette.xml": f"<palette><colors><page>{inks}</page></colors></palette>",
+        "META-INF/metadata.xml": "<metadata/>",
+    }
+    file = io.BytesIO()
+    with zipfile.ZipFile(file, "w", zipfile.ZIP_DEFLATED) as archive:
+        archive.writestr("mimetype", "application/x-vnd.corel.zcf.draw.document+zip", zipfile.ZIP_STORED)
+        for name, contents in entries.items():
+            archive.writestr(name, contents)
+        archive.writestr("embed/embedding1.png", noise.randbytes(payload), zipfile.ZIP_STORED)
+    return file.getvalue()
+
+
 @contextlib.contextmanager
 def caches_of_coreldraw(wine):
     """Files that are worth cleaning and one that is not; gives their contents."""
@@ -82,7 +116,7 @@ def caches_of_coreldraw(wine):
     finally:
         for path in contents:
             path.unlink(missing_ok=True)
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)
 
 
 @contextlib.contextmanager
@@ -99,4 +133,4 @@ def settings_of_coreldraw(wine):
         yield read
     finally:
         wine.delete_registry(r"HKCU\Software\Corel")
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)

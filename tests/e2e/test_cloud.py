@@ -54,7 +54,7 @@ def test_nothing_is_sent_without_a_capture_a_yes_and_the_network(server, practic
     app.show(DIAGNOSE_TAB)
     app.click(CAPTURE)
     app.wait_for_report("--- Top 8 frames ---")
-    asked = len(server.requests())
+    asked = len(server.requests)
 
     app.show(CLOUD_TAB)
     app.click(SUBMIT)
@@ -73,4 +73,4 @@ def test_nothing_is_sent_without_a_capture_a_yes_and_the_network(server, practic
     again.show(CLOUD_TAB)
     again.click(NETWORK)
     again.wait_for_report("[Cloud] Network enabled" + SWITCHED)
-    assert len(server.requests()) == asked
+    assert len(server.requests) == asked

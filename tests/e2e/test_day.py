@@ -3,10 +3,10 @@ of the default printer."""
 
 import zipfile
 
-from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
-                    PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for, windows_path)
+from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
+                    PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for)
 from signature_server import PROGRAM, rule, rule_document, signature_server
-from staging import VIRTUAL
+from staging import VIRTUAL, document
 
 PLUGIN = ["[Stuck in a third-party plugin] (severity: high)",
           "The block happens inside a plugin module. Temporarily move its .cpg file out of the Plugins folder to verify, "
@@ -106,21 +106,18 @@ def look_around(app):
     wait_for(app.has_no_report, "an empty report")
 
 
-def stage_documents(wine, folder):
-    wine.run(BUILD / "tests" / "slim" / "slim_tool.exe", "documents", windows_path(folder))
-    kept = {"x6.cdr", "x7.cdr", "x7-560-views.cdr", "x7-clean.cdr"}
-    for path in folder.glob("*.cdr"):
-        if path.name not in kept:
-            path.unlink()
-    (folder / "damaged.cdr").write_bytes(b"PK\3\4 and nothing more")
-    (folder / "legacy.cdr").write_bytes(b"RIFF\4\0\0\0CDRA")
+def stage_documents(folder):
+    documents = {"poster": document(), "catalogue": document(views=560), "inks": document(views=0, previews=0),
+                 "clean": document(0, 0, 0), "damaged": b"PK\3\4 and nothing more", "legacy": b"RIFF\4\0\0\0CDRA"}
+    for name, contents in documents.items():
+        (folder / f"{name}.cdr").write_bytes(contents)
     return {path: path.read_bytes() for path in folder.glob("*.cdr")}
 
 
 def test_a_working_day(wine, mirelo, practice, printers, settings, caches, tmp_path):
     folder = tmp_path / "documents"
     folder.mkdir()
-    documents = stage_documents(wine, folder)
+    documents = stage_documents(folder)
     printers.default = "Studio Queue"
     with signature_server(tmp_path, wine) as server:
         cache = wine.tool_folder / "signatures.cache.json"
@@ -147,7 +144,7 @@ def test_a_working_day(wine, mirelo, practice, printers, settings, caches, tmp_p
     assert settings() == {"UndoLevels": "30", "ShowWelcomeScreen": "0x0"}
     for path, before in documents.items():
         backups = list(folder.glob(f"{path.name}.*.mirelobak"))
-        if path.name in ("damaged.cdr", "legacy.cdr", "x7-clean.cdr"):
+        if path.name in ("damaged.cdr", "legacy.cdr", "clean.cdr"):
             assert path.read_bytes() == before and not backups
         else:
             assert [backup.read_bytes() for backup in backups] == [before] and path.read_bytes() != before

@@ -1,23 +1,16 @@
-// CorelDRAW documents made up for tests: realistic ones, and damaged ones.
+// CorelDRAW documents for tests, and the parts to make others from.
 #pragma once
 
-#include <cstdint>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/bytes.h"
 
-using Random = std::mt19937_64;
-
-/// A number below `limit`, the same on every platform.
-inline std::size_t below(Random& random, std::size_t limit) {
-    return static_cast<std::size_t>(random() % limit);
-}
+/// A document of the fuzzers' corpus. "x7" has three views, five colour styles and two previews.
+Bytes corpusDocument(const std::string& name);
 
 Bytes bytesOf(std::string_view text);
-Bytes randomBytes(Random& random, std::size_t length);
 Bytes joined(const std::vector<Bytes>& parts);
 void put(Bytes& out, std::uint64_t value, unsigned count);
 void put(Bytes& out, ByteView bytes);
@@ -31,7 +24,7 @@ Bytes riff(std::string_view form, const std::vector<Bytes>& chunks);
 struct ZipRecord {
     std::string name;
     unsigned method = 0;
-    std::uint32_t time = 0;
+    std::uint32_t time = 0x58314A20;
     std::uint32_t crc = 0;
     std::uint32_t compressedSize = 0;
     std::uint32_t uncompressedSize = 0;
@@ -45,43 +38,16 @@ Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags = 0, unsign
 struct TestEntry {
     std::string name;
     Bytes contents;
-    bool deflated = true;
+    bool isDeflated = true;
 };
 
 /// An archive as CorelDRAW writes it.
 Bytes zipImage(const std::vector<TestEntry>& entries);
 
-enum class Product { x4, x5, x6, x7 };
-enum class PaletteShape { selfClosed, styles, spotInks };
-
-struct DocumentPlan {
-    Product product = Product::x7;
-    PaletteShape palette = PaletteShape::styles;
-    unsigned views = 3;
-    unsigned styles = 5;
-    unsigned pages = 1;
-    unsigned groupDepth = 3;
-    bool previews = true;
-    /// A second RIFF stream, data2.dat, with as many views again.
-    bool data2 = false;
-    std::size_t payloadBytes = 200;
-    std::uint64_t seed = 1;
-};
-
-/// Every shape that documents come in, with a name for each.
-struct NamedPlan {
-    const char* name;
-    DocumentPlan plan;
-};
-const std::vector<NamedPlan>& documentShapes();
-
-DocumentPlan randomPlan(Random& random);
-Bytes rootDat(const DocumentPlan& plan);
-Bytes buildDocument(const DocumentPlan& plan);
+/// Where the central header of an entry stands in an image, and where its local one does.
+std::size_t centralHeader(ByteView image, std::size_t index);
+std::size_t localHeader(ByteView image, std::size_t index);
 
 /// 65,535 entries named "n" but the first, which all claim the 100 KB of the first as their data:
 /// extracting them all would give 6.5 GB.
 Bytes overlappingZip(const std::string& firstName);
-
-/// Changes a few bytes, mostly where sizes and signatures are, or cuts, or appends.
-void damage(Bytes& bytes, Random& random);

@@ -1,4 +1,4 @@
-// A file system in memory that can fail at any step.
+// A file system in memory that can fail at any step, and in which somebody else saves.
 #pragma once
 
 #include <map>
@@ -10,26 +10,41 @@ struct FakeFiles {
     std::map<std::wstring, Bytes> contents;
     /// The step to fail at, counted from 1; 0 for none.
     int failAt = 0;
+    /// The step before which somebody else saves `saved` as the document that the step is about.
+    int saveAt = 0;
+    Bytes saved = {};
     int steps = 0;
     int writes = 0;
+    std::uint64_t saves = 0;
 
-    bool step() { return ++steps != failAt; }
+    bool step(const std::wstring& path) {
+        if (++steps == saveAt) {
+            contents[path] = saved;
+            ++saves;
+        }
+        return steps != failAt;
+    }
+    FileVersion version(const std::wstring& path) { return {1, 2, contents[path].size(), saves}; }
 
     SlimFiles seam() {
         return {
-            [this](const std::wstring& path, Bytes& read) {
-                read = step() ? contents[path] : Bytes();
-                return !read.empty();
+            [this](const std::wstring& path, FileImage& image) {
+                image.bytes = step(path) ? contents[path] : Bytes();
+                image.version = version(path);
+                return !image.bytes.empty();
             },
             [this](const std::wstring& from, const std::wstring& to) {
-                if (!step() || contents.count(to) != 0) return false;
+                if (!step(from) || contents.count(to) != 0) return false;
                 contents[to] = contents[from];
                 return true;
             },
-            [this](const std::wstring& path, ByteView bytes) {
+            [this](const std::wstring& path, ByteView bytes, const FileVersion& expected,
+                   const std::wstring&) {
+                if (!step(path)) return WriteOutcome::failed;
+                if (version(path) != expected) return WriteOutcome::changed;
                 ++writes;
                 contents[path].assign(bytes.begin(), bytes.end());
-                return step();
+                return WriteOutcome::written;
             },
             [] { return std::wstring(L"20240131_142501"); },
         };

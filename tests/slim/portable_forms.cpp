@@ -3,5 +3,6 @@
 #define MIRELO_PORTABLE
 #define crc32 crc32Portable
 #define inflateRaw inflateRawPortable
+#define sumDecoded sumDecodedPortable
 #include "slim/crc32.cpp"
 #include "slim/inflate.cpp"

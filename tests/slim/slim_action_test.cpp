@@ -2,32 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "base/files/long_path.h"
+#include "tests/fake_host.h"
 #include "tests/slim/document_builder.h"
 #include "tests/slim/fake_files.h"
 
 namespace {
 
-std::vector<std::wstring> logOf(FakeFiles& files, const std::wstring& buffer, bool answer = true) {
-    std::vector<std::wstring> lines;
-    const ActionHost host{
-        [&](std::wstring line) { lines.push_back(std::move(line)); },
-        [&](const std::wstring& text, const std::wstring& caption, ConfirmStyle style) {
-            EXPECT_EQ(caption, L"File Slimming Confirmation");
-            EXPECT_EQ(style, ConfirmStyle::question);
-            EXPECT_EQ(text,
-                      L"File slimming will be performed on the selected files:\n"
-                      L"  - Strip view snapshots (clears ALL saved views in View Manager, "
-                      L"including yours)\n"
-                      L"  - Clear redundant color styles (verified: object colors unaffected)\n"
-                      L"  - Delete preview/thumbnail caches (auto-rebuilt by CDR on open)\n"
-                      L"Each file is backed up as .mirelobak next to the original first.\n"
-                      L"Make sure these files are NOT open in CDR right now. Continue?");
-            return answer;
-        },
-        [](std::wstring) {}};
-    slimSelection(std::span(buffer.data(), buffer.size()), host, files.seam());
-    return lines;
+std::vector<std::wstring> logOf(FakeFiles& files, const std::wstring& buffer) {
+    FakeHost report;
+    slimSelection(std::span(buffer.data(), buffer.size()), report.host(), files.seam());
+    return report.lines;
 }
 
 }  // namespace
@@ -49,38 +33,44 @@ TEST(SlimAction, TakesTheSelectionApart) {
     EXPECT_NE(dialogErrorLine(0xFFFF).find(L"65535"), std::wstring::npos);
 }
 
+TEST(SlimAction, AsksFirst) {
+    FakeFiles files{{{L"x.cdr", corpusDocument("x7")}}};
+    FakeHost refusing;
+    refusing.consents = false;
+    slimSelection(std::wstring(L"x.cdr"), refusing.host(), files.seam());
+    EXPECT_EQ(refusing.questions,
+              std::vector<std::wstring>{
+                  L"File Slimming Confirmation|"
+                  L"File slimming will be performed on the selected files:\n"
+                  L"  - Strip view snapshots (clears ALL saved views in View Manager, "
+                  L"including yours)\n"
+                  L"  - Clear redundant color styles (verified: object colors unaffected)\n"
+                  L"  - Delete preview/thumbnail caches (auto-rebuilt by CDR on open)\n"
+                  L"Each file is backed up as .mirelobak next to the original first.\n"
+                  L"Make sure these files are NOT open in CDR right now. Continue?"});
+    EXPECT_EQ(refusing.styles, std::vector{ConfirmStyle::question});
+    EXPECT_TRUE(refusing.lines.empty());
+    EXPECT_EQ(files.steps, 0);
+}
+
 TEST(SlimAction, ReportsEveryFileAndTheSum) {
-    const DocumentPlan clean{.palette = PaletteShape::selfClosed, .views = 0, .previews = false};
     FakeFiles files{{
-        {L"C:\\d\\1.cdr", buildDocument({.views = 3, .styles = 5, .payloadBytes = 1024})},
-        {L"C:\\d\\2.cdr", rootDat({})},
+        {L"C:\\d\\1.cdr", corpusDocument("x7")},
+        {L"C:\\d\\2.cdr", corpusDocument("bare-riff")},
         {L"C:\\d\\3.cdr", bytesOf("damaged")},
-        {L"C:\\d\\4.cdr", buildDocument(clean)},
+        {L"C:\\d\\4.cdr", corpusDocument("x7-clean")},
         {L"C:\\d\\5.cdr", zipImage({{"previews/x.png", Bytes(1280, 1)}})},
     }};
     std::wstring buffer = L"C:\\d";
     for (const wchar_t* name : {L"1.cdr", L"2.cdr", L"3.cdr", L"4.cdr", L"5.cdr"})
         buffer += std::wstring(1, L'\0') + name;
     buffer.resize(8192);
-    const auto kilobytes = [](std::size_t tenths) {
-        return std::to_wstring(tenths / 10) + L"." + std::to_wstring(tenths % 10) + L"KB";
-    };
-    const auto size = [&](const Bytes& bytes) {
-        return kilobytes((bytes.size() * 10 + 512) / 1024);
-    };
-    const std::wstring before = size(files.contents[L"C:\\d\\1.cdr"]);
-    EXPECT_EQ(logOf(files, buffer, false), std::vector<std::wstring>());
-    EXPECT_EQ(files.steps, 0);
-    const std::vector<std::wstring> log = logOf(files, buffer);
     const std::wstring expected[] = {
-        L"[Check] 1.cdr: views 3 | color styles 5 | previews 2 (0.4KB) | root.dat " +
-            size(rootDat({.views = 3})),
-        L"  [OK] 1.cdr: " + before + L" -> " + size(files.contents[L"C:\\d\\1.cdr"]) +
-            L" (views 3 removed, colors 5 cleared, previews 2 removed)",
+        L"[Check] 1.cdr: views 3 | color styles 5 | previews 2 (0.0KB) | root.dat 0.8KB",
+        L"  [OK] 1.cdr: 3.2KB -> 2.7KB (views 3 removed, colors 5 cleared, previews 2 removed)",
         L"[Slim] 2.cdr: old format (riffData, X5-). Skipped - save as X6+ first.",
         L"[Slim] 3.cdr: Not a recognizable CDR file (neither ZIP container nor legacy RIFF)",
-        L"[Check] 4.cdr: views 0 | color styles 0 | previews 0 (0.0KB) | root.dat " +
-            size(rootDat(clean)),
+        L"[Check] 4.cdr: views 0 | color styles 0 | previews 0 (0.0KB) | root.dat 0.7KB",
         L"[Slim] 4.cdr: already clean, nothing to do.",
         L"[Check] 5.cdr: views 0 | color styles 0 | previews 1 (1.2KB) | root.dat 0.0KB",
         L"[Slim] 5.cdr failed: Repack verification failed: ZIP structure damaged. File not "
@@ -89,7 +79,7 @@ TEST(SlimAction, ReportsEveryFileAndTheSum) {
         L"files next to originals.",
         L"  Tip: open one slimmed file in CDR to confirm it is fine before batch processing. "
         L"Slimmed files are safe to share."};
-    EXPECT_EQ(log, std::vector(std::begin(expected), std::end(expected)));
+    EXPECT_EQ(logOf(files, buffer), std::vector(std::begin(expected), std::end(expected)));
 }
 
 TEST(SlimAction, ShortensLongNamesAndNeverTheFigures) {
@@ -99,7 +89,7 @@ TEST(SlimAction, ShortensLongNamesAndNeverTheFigures) {
             for (std::size_t i = 0; i + 1 < length; i += 2)
                 name.replace(i, 2, L"\U0001F600");
         }
-        FakeFiles files{{{name, buildDocument({})}}};
+        FakeFiles files{{{name, corpusDocument("x7")}}};
         const std::vector<std::wstring> log = logOf(files, name);
         ASSERT_EQ(log.size(), 4U);
         for (const std::wstring& line : {log[0], log[1]}) {
@@ -110,14 +100,7 @@ TEST(SlimAction, ShortensLongNamesAndNeverTheFigures) {
             const bool isCutInPairs = ellipsis != std::wstring::npos && sizeof(wchar_t) == 2;
             EXPECT_TRUE(!isCutInPairs || (line[ellipsis - 1] & 0xFC00) == 0xDC00);
         }
-        EXPECT_NE(log[0].find(L" | color styles 5 | previews 2 (0.1KB) | root.dat "), log[0].npos);
+        EXPECT_NE(log[0].find(L" | color styles 5 | previews 2 (0.0KB) | root.dat "), log[0].npos);
         EXPECT_NE(log[1].find(L"previews 2 removed)"), log[1].npos);
     }
-}
-
-TEST(longPath, HasTheExtendedForm) {
-    EXPECT_EQ(extendedPath(L"C:\\a\\b.cdr"), L"\\\\?\\C:\\a\\b.cdr");
-    EXPECT_EQ(extendedPath(L"\\\\server\\share\\b.cdr"), L"\\\\?\\UNC\\server\\share\\b.cdr");
-    for (const wchar_t* same : {L"\\\\?\\C:\\a", L"\\\\.\\pipe\\a", L"a\\b.cdr", L"C:b.cdr", L""})
-        EXPECT_EQ(extendedPath(same), same);
 }

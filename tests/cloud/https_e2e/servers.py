@@ -1,8 +1,6 @@
-"""HTTPS servers on the loopback address: nginx for what servers normally do, and one of our own for
-what they should not do. Each lives in the directory it is given and ends with its `close()`."""
+"""HTTPS servers on the loopback address that do what servers should not do. Each ends with its `close()`."""
 
 import http.server
-import os
 import pathlib
 import socket
 import ssl
@@ -11,21 +9,14 @@ import threading
 import time
 
 
-def make_certificate(folder: pathlib.Path, name: str, *, subject="localhost", days=30, usage=None):
-    """A self-signed certificate; returns its files. Negative `days` makes an expired one."""
-    key, certificate = folder / f"{name}.key", folder / f"{name}.crt"
-    request = folder / f"{name}.csr"
-    extensions = folder / f"{name}.ext"
-    extensions.write_text(
-        f"subjectAltName=DNS:{subject}\n" + (f"extendedKeyUsage={usage}\n" if usage else ""))
-
-    def openssl(*arguments):
-        subprocess.run(["openssl", *map(str, arguments)], check=True, capture_output=True)
-
-    openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", f"/CN={subject}", "-keyout", key,
-            "-out", request)
-    openssl("x509", "-req", "-in", request, "-signkey", key, "-days", days, "-extfile", extensions,
-            "-out", certificate)
+def make_certificate(folder: pathlib.Path, *, subject="elsewhere.example", days=-1, usage="clientAuth"):
+    """A certificate with every fault there is: nobody signed it, it names somebody else, it has expired, it is not
+    for servers. Returns its files."""
+    key, certificate, request, extensions = (folder / f"server.{kind}" for kind in ("key", "crt", "csr", "ext"))
+    extensions.write_text(f"subjectAltName=DNS:{subject}\nextendedKeyUsage={usage}\n")
+    for command in (f"req -newkey rsa:2048 -nodes -subj /CN={subject} -keyout {key} -out {request}",
+                    f"x509 -req -in {request} -signkey {key} -days {days} -extfile {extensions} -out {certificate}"):
+        subprocess.run(["openssl", *command.split()], check=True, capture_output=True)
     return certificate, key
 
 
@@ -35,94 +26,39 @@ def free_port() -> int:
         return probe.getsockname()[1]
 
 
-def wait_for(condition, what: str, limit_seconds=10.0):
-    deadline = time.monotonic() + limit_seconds
-    while not condition():
-        if time.monotonic() > deadline:
-            raise TimeoutError(what)
-        time.sleep(0.02)
-
-
-def accepts_connections(port: int) -> bool:
-    with socket.socket() as probe:
-        return probe.connect_ex(("127.0.0.1", port)) == 0
-
-
-class Nginx:
-    """Serves `folder`/www on one port per certificate, and thanks for submissions."""
-
-    def __init__(self, folder: pathlib.Path, certificates: dict, port=None):
-        self.folder = folder
-        self.www = folder / "www"
-        self.www.mkdir()
-        self.ports = {name: port or free_port() for name in certificates}
-        servers = "\n".join(
-            f"""server {{
-                listen 127.0.0.1:{self.ports[name]} ssl;
-                ssl_certificate {certificate};
-                ssl_certificate_key {key};
-                root {self.www};
-                location = /api/mirelo/submit.php {{ return 200 'thanks'; }}
-                location = /204 {{ return 204; }}
-                location = /301 {{ return 301 /good.json; }}
-                location = /404 {{ return 404; }}
-                location = /500 {{ return 500 '{{"rules":[]}}'; }}
-            }}""" for name, (certificate, key) in certificates.items())
-        temporary = "\n".join(
-            f"{kind}_temp_path {folder}/{kind};"
-            for kind in ("client_body", "proxy", "fastcgi", "uwsgi", "scgi"))
-        # As root, nginx would give its workers an account that cannot enter private directories.
-        account = "user root;" if os.geteuid() == 0 else ""
-        configuration = folder / "nginx.conf"
-        configuration.write_text(f"""
-            {account}
-            daemon off; worker_processes 1; pid {folder}/pid; error_log {folder}/error.log;
-            events {{}}
-            http {{
-                access_log {folder}/access.log;
-                default_type application/json;
-                {temporary}
-                {servers}
-            }}""")
-        for port in self.ports.values():
-            wait_for(lambda: not accepts_connections(port), f"port {port}, which another server holds")
-        self.process = subprocess.Popen(
-            ["/usr/sbin/nginx", "-p", str(folder), "-c", str(configuration),
-             "-e", str(folder / "error.log")])
-        for port in self.ports.values():
-            wait_for(lambda: accepts_connections(port), "nginx")
-
-    def requests(self) -> list:
-        return (self.folder / "access.log").read_text().splitlines()
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(timeout=10)
-
-
 OK = b"HTTP/1.1 200 OK\r\n"
 CHUNKED = OK + b"Transfer-Encoding: chunked\r\n\r\n"
 
 
 class OddServer:
-    """Answers each path in a way of its own, byte by byte where that takes long. Keeps what was submitted."""
+    """Answers each path in a way of its own, endlessly where `ENDLESS` says so: a piece, and the seconds after it.
+    Other paths are files below `www`, sent as they should be."""
 
     ANSWERS = {
+        "/204": b"HTTP/1.1 204 No Content\r\n\r\n",
+        "/301": b"HTTP/1.1 301 Moved\r\nLocation: /chunked\r\nContent-Length: 2\r\n\r\nno",
+        "/500": b"HTTP/1.1 500 Broken\r\nContent-Length: 2\r\n\r\n{}",
         "/announces-more": OK + b'Content-Length: 1000\r\n\r\n{"rules":[',
         "/closes-mid-chunk": CHUNKED + b'64\r\n{"rules":[',
         "/no-length": OK + b'Connection: close\r\n\r\n{"rules":[]}',
-        "/chunked": CHUNKED + b'6\r\n{"rule\r\n6\r\ns":[]}\r\n0\r\n\r\n',
+        "/chunked": CHUNKED + b'6\r\n{"rule\r\n6;x=y\r\ns":[]}\r\n0\r\n\r\n',
         "/garbage": b"\x00\xff" * 500,
         "/never-answers": b"",
         "/drips-body": OK + b"Content-Length: 90\r\n\r\n",
         "/drips-headers": OK + b"X-Slow: ",
+        "/endless-extension": CHUNKED + b"5;",
     }
+    ENDLESS = {"/never-answers": (b"", 1), "/drips-body": (b"x", 1), "/drips-headers": (b"x", 1),
+               "/endless-extension": (b"x" * 65536, 0)}
 
-    def __init__(self, certificate):
-        self.submissions = []
+    def __init__(self, folder: pathlib.Path, port=0):
+        self.www = folder / "www"
+        self.requests = []  # (method, path, headers, body)
+        self.sent = {}  # bytes, by endless path
+        self.ended = set()  # endless paths whose client has gone
         self.closing = threading.Event()
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(*certificate)
+        context.load_cert_chain(*make_certificate(folder))
         outer = self
 
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -135,21 +71,46 @@ class OddServer:
             def log_message(self, *_):
                 pass
 
-            def do_GET(self):
+            def answer(self):
+                body = self.rfile.read(int(self.headers.get("Content-Length", 0)))
+                outer.requests.append((self.command, self.path, dict(self.headers), body))
                 self.close_connection = True
-                self.wfile.write(outer.ANSWERS[self.path])
-                if self.path == "/never-answers":
-                    outer.closing.wait(60)
-                if self.path.startswith("/drips"):
-                    for _ in range(90):
-                        self.wfile.write(b"x")
-                        if outer.closing.wait(1):
-                            return
+                if self.path in outer.ANSWERS:
+                    self.wfile.write(outer.ANSWERS[self.path])
+                    if self.path in outer.ENDLESS:
+                        self.go_on(*outer.ENDLESS[self.path])
+                    return
+                file = outer.www / self.path[1:]
+                found = b"ok" if self.command == "POST" else file.read_bytes() if file.is_file() else None
+                self.send_response(404 if found is None else 200)
+                self.send_header("Content-Length", str(len(found or b"")))
+                self.end_headers()
+                self.wfile.write(found or b"")
 
-            def do_POST(self):
-                body = self.rfile.read(int(self.headers["Content-Length"]))
-                outer.submissions.append((self.path, dict(self.headers), body))
-                self.wfile.write(OK + b"Content-Length: 2\r\n\r\nok")
+            do_GET = do_POST = answer
+
+            def go_on(self, piece, seconds):
+                self.request.settimeout(120)
+                try:
+                    while not outer.closing.wait(seconds):
+                        self.wfile.write(piece)
+                        outer.sent[self.path] = outer.sent.get(self.path, 0) + len(piece)
+                        if seconds and self.has_gone():
+                            break
+                except OSError:
+                    pass
+                outer.ended.add(self.path)
+
+            def has_gone(self):
+                self.request.setblocking(False)
+                try:
+                    return self.request.recv(1) == b""
+                except ssl.SSLWantReadError:
+                    return False
+                except OSError:
+                    return True
+                finally:
+                    self.request.setblocking(True)
 
         class Server(http.server.ThreadingHTTPServer):
             daemon_threads = True
@@ -157,7 +118,7 @@ class OddServer:
             def handle_error(self, *_):
                 pass
 
-        self._server = Server(("127.0.0.1", 0), Handler)
+        self._server = Server(("127.0.0.1", port), Handler)
         self.port = self._server.server_port
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
@@ -167,12 +128,8 @@ class OddServer:
         self._server.server_close()
 
 
-class SilentPort:
-    """Accepts connections and never says a word, so that encryption is never agreed on."""
-
-    def __init__(self):
-        self._socket = socket.create_server(("127.0.0.1", 0))
-        self.port = self._socket.getsockname()[1]
-
-    def close(self):
-        self._socket.close()
+def wait_for(condition, what: str, limit_seconds=10.0):
+    deadline = time.monotonic() + limit_seconds
+    while not condition():
+        assert time.monotonic() < deadline, what
+        time.sleep(0.02)

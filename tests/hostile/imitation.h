@@ -1,0 +1,101 @@
+// Windows as it seldom is: functions that the product imports, imitated for the length of a test.
+//
+// The linker takes a definition of `__imp_Name` from a test's object before it looks into the
+// import library, so the product's unchanged objects call the test. In a test file, at namespace
+// level:
+//
+//   IMITATE("kernel32.dll", GetThreadContext);
+//
+// and in a test, until the end of the scope:
+//
+//   const Staged fails(GetThreadContextImitation, [](HANDLE, CONTEXT*) { return FALSE; });
+//
+// Whatever is not staged does what Windows does. Each function is imitated in one file of the
+// program; the test's own calls and the test framework's are imitated too.
+#pragma once
+
+#include <windows.h>
+
+#include <winternl.h>
+
+#include <functional>
+#include <utility>
+
+extern "C" NTSTATUS NTAPI LdrGetProcedureAddress(HMODULE module, ANSI_STRING* name, ULONG ordinal,
+                                                 void** address);
+
+template <typename Function>
+class Imitation;
+
+template <typename Result, typename... Arguments>
+class Imitation<Result(Arguments...)> {
+  public:
+    using Function = Result(Arguments...);
+
+    /// Ready before the first constructor runs: the runtime's own start is imitated too.
+    constexpr Imitation(const char* library, const char* name) : library_(library), name_(name) {}
+
+    /// What Windows does.
+    Result real(Arguments... arguments) {
+        if (real_ == nullptr) {
+            // Not by GetProcAddress, which may be imitated itself.
+            ANSI_STRING name{};
+            RtlInitAnsiString(&name, name_);
+            LdrGetProcedureAddress(LoadLibraryA(library_), &name, 0,
+                                   reinterpret_cast<void**>(&real_));
+        }
+        return real_(arguments...);
+    }
+
+    Result call(Arguments... arguments) {
+        return instead != nullptr ? (*instead)(arguments...) : real(arguments...);
+    }
+
+    const std::function<Function>* instead = nullptr;
+
+  private:
+    const char* library_;
+    const char* name_;
+    Function* real_ = nullptr;
+};
+
+template <auto& imitation, typename Function>
+struct Entry;
+
+template <auto& imitation, typename Result, typename... Arguments>
+struct Entry<imitation, Result(Arguments...)> {
+    static Result call(Arguments... arguments) { return imitation.call(arguments...); }
+};
+
+/// Puts a function in Windows' place for as long as it lives; one staged inside another comes
+/// first.
+template <typename Function>
+class Staged {
+  public:
+    template <typename Instead>
+    Staged(Imitation<Function>& imitation, Instead instead)
+        : imitation_(imitation), before_(imitation.instead), instead_(std::move(instead)) {
+        imitation_.instead = &instead_;
+    }
+    Staged(const Staged&) = delete;
+    Staged& operator=(const Staged&) = delete;
+    ~Staged() { imitation_.instead = before_; }
+
+  private:
+    Imitation<Function>& imitation_;
+    const std::function<Function>* const before_;
+    const std::function<Function> instead_;
+};
+template <typename Function, typename Instead>
+Staged(Imitation<Function>&, Instead) -> Staged<Function>;
+
+// Some of the compiler's headers call not through the import but through the import library's stub,
+// so the stub is there too.
+#define IMITATE(library, name)                                                         \
+    static constinit Imitation<decltype(::name)> name##Imitation(library, #name);      \
+    extern "C" {                                                                       \
+    extern const void* const __imp_##name;                                             \
+    const void* const __imp_##name =                                                   \
+        reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
+    }                                                                                  \
+    asm(".text\n.globl " #name "\n" #name ": jmp *__imp_" #name "(%rip)")
