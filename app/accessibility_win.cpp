@@ -437,7 +437,7 @@ IRawElementProviderSimple* Accessibility::root() const {
 }
 
 LRESULT Accessibility::answer(HWND window, WPARAM wParam, LPARAM lParam) {
-    if (static_cast<LONG>(lParam) != uia::kRootObjectId) return 0;
+    if (static_cast<LONG>(lParam) != kAutomationRootId) return 0;
     if (!shared_) {
         shared_ = std::make_shared<AutomationShared>();
         shared_->libraries = std::make_unique<AutomationLibraries>();

@@ -12,6 +12,9 @@
 inline constexpr UINT kActOnElement = WM_APP + 2;
 inline constexpr UINT kFocusElement = WM_APP + 3;
 
+/// What WM_GETOBJECT asks for in the name of UI Automation.
+inline constexpr LONG kAutomationRootId = -25;
+
 struct AutomationShared;
 struct IRawElementProviderSimple;
 

@@ -42,7 +42,6 @@ __CRT_UUID_DECL(ISelectionProvider, 0xfb8b03af, 0x3bdf, 0x48d4, 0xbd, 0x36, 0x1a
 
 namespace uia {
 
-inline constexpr LONG kRootObjectId = -25;
 inline constexpr int kAppendRuntimeId = 3;
 
 enum Pattern : PATTERNID { kInvoke = 10000, kSelection = 10001, kSelectionItem = 10010 };

@@ -78,7 +78,9 @@ TEST(SlimFiles, LeaveWhatAnotherProgramHolds) {
                          : L"Cannot read file");
         held.reset();
         EXPECT_EQ(ReadStaged(path), document());
-        if (isRead) EXPECT_EQ(ReadStaged(outcome.backupPath), document());
+        if (isRead) {
+            EXPECT_EQ(ReadStaged(outcome.backupPath), document());
+        }
         DeleteFileW(outcome.backupPath.c_str());
     }
     WriteStaged(path, document(), FILE_ATTRIBUTE_READONLY);
