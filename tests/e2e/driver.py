@@ -293,7 +293,9 @@ class Mirelo:
         self.language = position
 
     def key(self, *keys):
-        self.desktop.run("xdotool", "windowfocus", "--sync", self.window, "key", *keys)
+        # As Alt+Tab does: where no click activates the window, the window manager must.
+        come = "windowactivate" if self.by_keyboard else "windowfocus"
+        self.desktop.run("xdotool", come, "--sync", self.window, "key", *keys)
 
     def _copy(self, keys, limit_s):
         """What a press of the keys puts on the clipboard; None when nothing comes in time."""
@@ -324,6 +326,7 @@ class Mirelo:
             self.key("F5")
         else:
             self.click(REFRESH)
+        self.report()  # clicks while it refreshes would be dropped
         self.count_instances()
 
     def _put_names(self, box, text):
