@@ -14,9 +14,9 @@
 
 #include "app/actions.h"
 #include "app/main_window_win.h"
+#include "base/files/whole_file_win.h"
 #include "base/handle_win.h"
 #include "bench/rounds.h"
-#include "base/files/whole_file_win.h"
 #include "cloud/cache_file_win.h"
 #include "cloud/settings_win.h"
 
@@ -88,7 +88,7 @@ class Bench {
                                             std::string_view) { return *served; };
         const std::wstring path = CacheFilePath() + L".bench";
         window_.session.cloud.writeCache = [&](std::string_view body) {
-            return replaceWholeFile(path, body);
+            return replaceWholeFile(path, body).isDone();
         };
         const auto clickWith = [&](const std::string& document) {
             served = &document;
