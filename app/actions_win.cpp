@@ -19,10 +19,11 @@
 #include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
-#include "fixes/fix_actions_win.h"
+#include "fixes/cleanup/cleanup_win.h"
 #include "fixes/health/environment.h"
 #include "fixes/health/environment_scan_win.h"
 #include "fixes/health/printer_win.h"
+#include "fixes/settings/settings_win.h"
 #include "slim/slim_action_win.h"
 
 namespace {

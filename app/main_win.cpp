@@ -6,8 +6,11 @@
 #include "app/dpi_win.h"
 #include "app/language_file_win.h"
 #include "app/main_window_win.h"
+#include "app/process_start_win.h"
 
 int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, PWSTR, int) {
+    loadLibrariesFromSystemOnly();
+    forgetSymbolPaths();
     // A file on an absent disk fails; no box asks for the disk while a target is held.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     // Nor does the system offer to end a Mirelo that works on an action.

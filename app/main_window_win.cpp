@@ -96,7 +96,12 @@ ActionHost hostOf(MainWindow& window) {
             SetCursor(LoadCursorW(nullptr, IDC_WAIT));
             return answer == IDYES && IsWindow(window.hwnd);
         },
-        [&window](std::wstring text) { window.state.statusText = std::move(text); },
+        // An action that takes long shows how far it has come.
+        [&window](std::wstring text) {
+            window.state.statusText = std::move(text);
+            if (window.actionRunning)
+                RedrawWindow(window.hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        },
     };
 }
 

@@ -11,6 +11,17 @@ constexpr float kFirstLineOffset = 8;
 constexpr float kNarrowestPanel = 10;
 constexpr int kWheelNotch = 120;
 
+// Control characters (C0, DEL, C1) and Unicode's own line and paragraph separators.
+bool breaksLines(wchar_t c) {
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+}
+
+// The marks, embeddings, overrides and isolates of the bidirectional algorithm (UAX #9).
+bool turnsDirection(wchar_t c) {
+    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
+           (c >= 0x2066 && c <= 0x2069);
+}
+
 void selectLines(ReportLog& log, int anchor, int end) {
     log.selectionAnchor = anchor;
     log.selectionEnd = end;
@@ -30,6 +41,8 @@ void shiftSelectionUp(ReportLog& log) {
 }  // namespace
 
 void appendLine(ReportLog& log, std::wstring text) {
+    std::erase_if(text, turnsDirection);
+    std::ranges::replace_if(text, breaksLines, L' ');
     log.lines.push_back(std::move(text));
     ++log.written;
     if (log.lineCount() > kMaxLogLines) {

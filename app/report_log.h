@@ -36,8 +36,9 @@ struct ReportLog {
     [[nodiscard]] int lineCount() const { return static_cast<int>(lines.size()); }
 };
 
-/// Adds a line and shows it. The oldest line leaves a full log, and the selection moves with its
-/// lines.
+/// Adds a line and shows it. Whatever the text holds, it is one line and reads as it was written:
+/// control characters become blanks, direction marks are dropped. The oldest line leaves a full
+/// log, and the selection moves with its lines.
 void appendLine(ReportLog& log, std::wstring text);
 
 void clearLines(ReportLog& log);

@@ -12,7 +12,7 @@ struct CdrInstance {
     std::uint32_t pid = 0;
     /// The thread that owns `mainWindow`; never 0 in a listed instance.
     std::uint32_t mainThreadId = 0;
-    /// The first visible top-level window without an owner.
+    /// The first visible (or hung and shown as a copy) top-level window without an owner.
     WindowHandle mainWindow = nullptr;
     /// Full path of the executable; empty if it could not be read.
     std::wstring exePath;

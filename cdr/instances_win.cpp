@@ -16,12 +16,22 @@ struct MainWindowSearch {
     DWORD threadId;
 };
 
+// The system shows its own copy of a window that hangs, and may hide the window itself. The
+// function that tells is not in every header, nor promised for ever.
+bool IsShownAsGhost(HWND window) {
+    using GhostOf = HWND(WINAPI*)(HWND hungWindow);
+    const auto ghostOf = reinterpret_cast<GhostOf>(reinterpret_cast<void (*)()>(
+        GetProcAddress(GetModuleHandleW(L"user32.dll"), "GhostWindowFromHungWindow")));
+    return ghostOf != nullptr && ghostOf(window) != nullptr;
+}
+
 BOOL CALLBACK TakeMainWindow(HWND window, LPARAM parameter) {
     auto& search = *reinterpret_cast<MainWindowSearch*>(parameter);
     DWORD pid = 0;
     const DWORD threadId = GetWindowThreadProcessId(window, &pid);
     if (pid != search.pid || threadId == 0) return TRUE;
-    if (!IsWindowVisible(window) || GetWindow(window, GW_OWNER) != nullptr) return TRUE;
+    if (GetWindow(window, GW_OWNER) != nullptr) return TRUE;
+    if (!IsWindowVisible(window) && !IsShownAsGhost(window)) return TRUE;
     search.window = window;
     search.threadId = threadId;
     return FALSE;

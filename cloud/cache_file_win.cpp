@@ -20,5 +20,6 @@ std::string ReadCacheFile() {
 }
 
 bool WriteCacheFile(std::string_view body) {
+    makeToolFolder();
     return replaceWholeFile(CacheFilePath(), body).isDone();
 }

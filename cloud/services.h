@@ -17,6 +17,8 @@ struct CloudServices {
     std::function<std::string()> readCache;
     /// True when every byte was written.
     std::function<bool(std::string_view body)> writeCache;
+    /// Whether rules from this document may be taken; builds with a key ask for its signature.
+    std::function<bool(std::string_view document)> isGenuine;
     /// The body of the server's answer; empty for failure of any kind. Blocks.
     std::function<std::string(std::wstring_view method, std::wstring_view path,
                               std::string_view body)>

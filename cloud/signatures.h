@@ -22,9 +22,9 @@ struct SignatureLoad {
 /// is missing, cut short or refused leaves the base as it is.
 SignatureLoad LoadSignatureBase(SignatureRuleBase& base, const CloudServices& services);
 
-/// Downloads the rule document into the cache, if the network is allowed and the answer has the
-/// shape of a rule document. True when the cache was written. Touches no rule base, so that it may
-/// run on a thread of its own.
+/// Downloads the rule document into the cache, if the network is allowed and rules can be taken
+/// from the answer: it is genuine, gives a rule and is no older than the cached one. True when the
+/// cache was written. Touches no rule base, so that it may run on a thread of its own.
 bool BackgroundUpdate(const CloudServices& services);
 
 /// Downloads the rule document, merges it and caches it when it was accepted. Returns the outcome

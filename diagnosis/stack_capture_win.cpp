@@ -5,7 +5,6 @@
 #include <dbghelp.h>
 
 #include <cwchar>
-#include <exception>
 #include <map>
 
 #include "base/process_win.h"
@@ -39,7 +38,7 @@ void ReadModule(const Target& target, StackFrame& frame) {
     const LoadedModule* known = ModuleAt(target.modules, frame.address);
     if (known != nullptr && known->path.size() >= std::size(module.ImageName) - 1)
         frame.imagePath = known->path;
-    frame.moduleName = ModuleNameOf(module.ModuleName, module.ImageName);
+    frame.moduleName = ModuleNameOf(module.ModuleName, frame.imagePath);
 }
 
 void ReadFunction(HANDLE process, StackFrame& frame) {
@@ -217,7 +216,7 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
     }
     try {
         return Capture(process.get(), pid, thread.get());
-    } catch (const std::exception&) {
+    } catch (...) {
         return Failure(kWalkFailed);
     }
 }
@@ -239,7 +238,7 @@ std::vector<ThreadStack> CaptureThreadStacks(std::uint32_t pid,
             if (!frames.empty()) stacks.push_back({id, std::move(frames)});
         }
         if (!walks.survived()) Symbols().Forget();
-    } catch (const std::exception&) {
+    } catch (...) {
         return stacks;
     }
     return stacks;

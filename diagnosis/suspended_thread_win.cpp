@@ -22,6 +22,7 @@ struct Hold {
     std::uintptr_t number = 0;
     std::uintptr_t watched = 0;
     ULONGLONG sinceMs = 0;
+    LPTOP_LEVEL_EXCEPTION_FILTER previousFilter = nullptr;
     std::terminate_handler previousTerminate = nullptr;
 };
 constinit Hold hold;
@@ -46,17 +47,20 @@ bool awaitChange(DWORD limitMs) {
 
 DWORD WINAPI watch(void* parameter) {
     const auto number = reinterpret_cast<std::uintptr_t>(parameter);
-    const ULONGLONG endMs = GetTickCount64() + kLongestHoldMs;
     const HoldLock lock;
     const auto isMine = [number] { return hold.isOn && hold.number == number; };
     if (!isMine()) return 0;
     hold.watched = number;
     WakeAllConditionVariable(&hold.changed);
     while (isMine()) {
-        const ULONGLONG nowMs = GetTickCount64();
-        if (nowMs < endMs && awaitChange(static_cast<DWORD>(endMs - nowMs))) continue;
-        if (isMine()) resumeLocked();
-        break;
+        if (hold.thread == nullptr) {
+            awaitChange(INFINITE);
+            continue;
+        }
+        const ULONGLONG heldMs = GetTickCount64() - hold.sinceMs;
+        const bool isOver =
+            heldMs >= kLongestHoldMs || !awaitChange(static_cast<DWORD>(kLongestHoldMs - heldMs));
+        if (isOver && isMine()) resumeLocked();
     }
     return 0;
 }
@@ -72,9 +76,9 @@ bool startWatchdogLocked() {
     return true;
 }
 
-LONG WINAPI letGoAndFail(EXCEPTION_POINTERS*) {
+LONG WINAPI letGoAndFail(EXCEPTION_POINTERS* fault) {
     letGoOfHeldThread();
-    return EXCEPTION_CONTINUE_SEARCH;
+    return hold.previousFilter != nullptr ? hold.previousFilter(fault) : EXCEPTION_CONTINUE_SEARCH;
 }
 
 void letGoAndTerminate() {
@@ -90,11 +94,13 @@ SuspendedThread::SuspendedThread(HANDLE thread) {
     if (hold.isOn) return;
     mine_ = hold.isOn = true;
     ++hold.number;
-    previousFilter_ = SetUnhandledExceptionFilter(letGoAndFail);
+    hold.previousFilter = SetUnhandledExceptionFilter(letGoAndFail);
     hold.previousTerminate = std::set_terminate(letGoAndTerminate);
     if (!startWatchdogLocked()) return;
     hold.sinceMs = GetTickCount64();
-    if (SuspendThread(thread) != static_cast<DWORD>(-1)) hold.thread = thread;
+    if (SuspendThread(thread) == static_cast<DWORD>(-1)) return;
+    hold.thread = thread;
+    WakeAllConditionVariable(&hold.changed);
 }
 
 SuspendedThread::~SuspendedThread() {
@@ -103,7 +109,7 @@ SuspendedThread::~SuspendedThread() {
     resumeLocked();
     hold.isOn = false;
     std::set_terminate(hold.previousTerminate);
-    SetUnhandledExceptionFilter(previousFilter_);
+    SetUnhandledExceptionFilter(hold.previousFilter);
     WakeAllConditionVariable(&hold.changed);
 }
 

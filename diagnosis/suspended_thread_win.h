@@ -27,7 +27,6 @@ class SuspendedThread {
 
   private:
     bool mine_ = false;
-    LPTOP_LEVEL_EXCEPTION_FILTER previousFilter_ = nullptr;
 };
 
 /// Resumes the held thread, if there is one, now. Safe in a filter of exceptions.

@@ -2,6 +2,11 @@
 
 #include <dbghelp.h>
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "base/text.h"
 #include "diagnosis/guarded_call_win.h"
 #include "diagnosis/module_list_win.h"
 #include "diagnosis/suspended_thread_win.h"
@@ -10,6 +15,11 @@ namespace {
 
 // While a thread is held, symbols that take longer than this are done without.
 constexpr DWORD kSymbolPatienceMs = 2000;
+
+constexpr std::wstring_view kOnMostStacks[] = {
+    L"\\ntdll.dll",  L"\\kernel32.dll", L"\\kernelbase.dll",
+    L"\\user32.dll", L"\\win32u.dll",   L"\\coreldrw.exe",
+};
 
 // SLMFLAG_NO_SYMBOLS of the debug-help library's header, missing in the compiler's.
 constexpr DWORD kNoSymbols = 0x4;
@@ -34,8 +44,24 @@ bool IsKnown(HANDLE process, const LoadedModule& module) {
 }
 
 void Load(HANDLE process, const LoadedModule& module) {
-    SymLoadModuleExW(process, nullptr, module.path.c_str(), nullptr, module.base, module.sizeBytes,
+    const bool isLong = module.path.size() >= MAX_PATH;
+    const std::wstring path = (isLong ? L"\\\\?\\" : L"") + module.path;
+    SymLoadModuleExW(process, nullptr, path.c_str(), nullptr, module.base, module.sizeBytes,
                      nullptr, module.hasRemoteSymbols ? kNoSymbols : 0);
+}
+
+// Nearly every stack runs through these. What their symbols cost is paid before the thread stands.
+bool IsOnMostStacks(const LoadedModule& module) {
+    const std::wstring path = lowered(module.path);
+    return std::any_of(std::begin(kOnMostStacks), std::end(kOnMostStacks),
+                       [&](std::wstring_view name) { return path.ends_with(name); });
+}
+
+void ReadSymbols(HANDLE process, const LoadedModule& module) {
+    SYMBOL_INFOW symbol{};
+    symbol.SizeOfStruct = sizeof symbol;
+    DWORD64 displacement = 0;
+    SymFromAddrW(process, module.base, &displacement, &symbol);
 }
 
 KernelHandle Duplicate(HANDLE handle) {
@@ -82,6 +108,7 @@ void SymbolSession::RefreshModules() {
         // The library looks for the symbols of what it found by itself wherever the image says.
         if (module.hasRemoteSymbols) SymUnloadModule64(process_.get(), module.base);
         if (!IsKnown(process_.get(), module)) Load(process_.get(), module);
+        if (IsOnMostStacks(module)) ReadSymbols(process_.get(), module);
     }
     modules_ = std::move(now);
 }

@@ -1,6 +1,7 @@
 #include "practice/own_code.h"
 
 #include <cstring>
+#include <string>
 #include <thread>
 
 namespace {
@@ -91,4 +92,25 @@ void AskSilentWindow(Handshake& handshake) {
     // A thread in a plain SendMessage still answers what is sent to it, so that it would not count
     // as hanging; SMTO_BLOCK makes it deaf.
     SendMessageTimeoutW(silent.window(), WM_NULL, 0, 0, SMTO_BLOCK, kAnswerLimitMs, nullptr);
+}
+
+void WatchTheClock(Handshake& handshake) {
+    const std::wstring name =
+        L"Local\\mirelo-practice-gap-" + std::to_wstring(GetCurrentProcessId());
+    const KernelHandle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                                  sizeof(ClockWatch), name.c_str()));
+    auto* watch = static_cast<volatile ClockWatch*>(
+        MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(ClockWatch)));
+    if (watch == nullptr) EndProcess(kExitStuck);
+    LARGE_INTEGER before{};
+    QueryPerformanceCounter(&before);
+    SetEvent(handshake.first.inPlace.get());
+    while (!handshake.first.isOver) {
+        LARGE_INTEGER now{};
+        QueryPerformanceCounter(&now);
+        const LONG64 gap = now.QuadPart - before.QuadPart;
+        if (gap > watch->longestGapTicks) watch->longestGapTicks = gap;
+        watch->looks = watch->looks + 1;
+        before = now;
+    }
 }

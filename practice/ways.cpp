@@ -30,8 +30,10 @@ void TrackPointer(Handshake& handshake) {
     HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
 }
 
+// Both libraries want the same base: the second takes the place of the first.
 void TrackPointerThenApplyEffect(Handshake& handshake) {
     HangInLibrary(L"screenhook.dll", "ForwardPointerEvent", handshake.first);
+    FreeLibrary(GetModuleHandleW(L"screenhook.dll"));
     HangInLibrary(L"slowfilter.cpg", "ApplySlowFilter", handshake.second);
 }
 
@@ -47,6 +49,7 @@ constexpr Way kWays[] = {
     {L"core-dll", Face::mainWindow, false, WeldShapes},
     {L"third-party", Face::mainWindow, false, TrackPointer},
     {L"late-plugin", Face::mainWindow, false, TrackPointerThenApplyEffect},
+    {L"stopwatch", Face::mainWindow, false, WatchTheClock},
     {L"deep-plugin", Face::mainWindow, false, ApplyPanelEffect},
     {L"lock-held", Face::mainWindow, false, SaveDocument},
     {L"lock-held-crowd", Face::mainWindow, false, SaveDocumentInACrowd},

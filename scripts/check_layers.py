@@ -18,7 +18,6 @@ ALLOWED = {
     "fixes/cleanup": {"base", "base/files", "cloud/json"},
     "fixes/settings": {"base", "base/files", "fixes/cleanup"},
     "fixes/health": {"base"},
-    "fixes": {"base", "base/files", "fixes/cleanup", "fixes/settings"},
     "slim": {"base", "base/files"},
 }
 ALLOWED["app"] = set(ALLOWED)

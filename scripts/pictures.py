@@ -9,6 +9,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
@@ -31,6 +32,8 @@ CACHES = {
     "Local/Temp/Corel/export.log": 1_200_000,
     "Local/Corel/CorelDRAW Graphics Suite 2024/Draw/PreviewCache/page1.tmp": 640_000,
 }
+AGE_S = 30 * 24 * 3600  # what is younger than a day stays
+PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
 DOCUMENTS = {"catalogue.cdr": staging.document(560, 200), "poster.cdr": staging.document(40, payload=800000),
              "logo.cdr": staging.document(0, 0, 0)}
 
@@ -117,8 +120,21 @@ def take(mirelo, name):
     keep(mirelo.screenshot(name), PICTURES / f"{name}.png")
 
 
+@contextlib.contextmanager
+def installed_practice(wine):
+    """The practice program where a CorelDRAW lies, for the paths in the report."""
+    suite = wine.prefix / "drive_c" / "Program Files" / "Corel"
+    shutil.copytree(BUILD / "practice", wine.prefix / "drive_c" / PROGRAM_FOLDER, dirs_exist_ok=True,
+                    ignore=shutil.ignore_patterns("CMakeFiles", "*.cmake", "plain"))
+    try:
+        yield "C:\\" + PROGRAM_FOLDER.replace("/", "\\") + "\\CorelDRW.exe"
+    finally:
+        shutil.rmtree(suite, ignore_errors=True)
+
+
 def capture(wine):
-    with closing(open_mirelo(wine, 720)) as mirelo, closing(Practice(wine, "plugin-sleep")):
+    with installed_practice(wine) as program, closing(open_mirelo(wine, 810)) as mirelo, \
+            closing(Practice(wine, "plugin-sleep", program)):
         mirelo.refresh()
         mirelo.click(CAPTURE)
         mirelo.wait_for_report("--- Top 8 frames ---")
@@ -132,6 +148,7 @@ def check_and_clean(wine):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.touch()
         os.truncate(path, size)
+        os.utime(path, (time.time() - AGE_S,) * 2)
     with closing(staging.Spooler(wine, OUTPUT)) as printers, closing(open_mirelo(wine, 960)) as mirelo:
         printers.default = "Studio Queue"
         mirelo.show(FIX_TAB)

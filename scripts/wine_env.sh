@@ -21,6 +21,7 @@ mirelo_make_prefix() {
             "$MIRELO_WINE" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" \
                 /d "WenQuanYi Micro Hei" /f >/dev/null 2>&1
         done
+        "$MIRELO_WINE" winecfg /v win10 >/dev/null 2>&1
         # What was started without a display would keep every later window invisible.
         /usr/lib/wine/wineserver64 -k || true
         /usr/lib/wine/wineserver64 -w || true

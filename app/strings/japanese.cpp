@@ -46,11 +46,11 @@ constexpr PackText kJapaneseTexts[kStringKeys.size()] = {
     {kJapanese, "btn_printer", L"一時的に切り替え（自動復元）"},
     {kJapanese, "hint_printer",
      L"低速なネットワーク プリンターを避けるため、既定のプリンターを一時的に Microsoft Print to "
-     L"PDF にします。終了時に元のプリンターへ自動的に戻ります。"},
+     L"PDF にします。終了時は元のプリンターに自動で戻ります。"},
     {kJapanese, "btn_clean", L"整理（先にバックアップ）"},
     {kJapanese, "hint_clean",
      L"CDR 全バージョンのクラッシュ レポート、一時ファイル、サムネイル キャッシュをバックアップ "
-     L"フォルダーへ移動します。「復元」でいつでも元に戻せます。"},
+     L"フォルダーへ移動します。「復元」でいつでも戻せます。"},
     {kJapanese, "btn_restore", L"復元"},
     {kJapanese, "btn_optimize", L"最適化（レジストリをバックアップ）"},
     {kJapanese, "hint_settings",

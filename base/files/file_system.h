@@ -31,6 +31,17 @@ struct FileResult {
     [[nodiscard]] bool isDone() const { return outcome == FileOutcome::done; }
 };
 
+struct FilesTotal {
+    std::uint64_t files = 0;
+    std::uint64_t bytes = 0;
+};
+
+/// A file or folder that something could not be done to.
+struct FileFailure {
+    std::wstring path;
+    FileResult reason;
+};
+
 /// Why something did not happen, to stand after a colon in a report line.
 std::wstring reasonText(const FileResult& result);
 
@@ -84,8 +95,7 @@ class FileSystem {
     /// A new file whose contents are on the disk when the call returns. A kill leaves at most a
     /// file named `path` and `kUnfinishedSuffix`.
     virtual FileResult writeNew(const std::wstring& path, std::string_view bytes) = 0;
-    virtual FileResult overwriteByte(const std::wstring& path, std::uint64_t offset, char byte) = 0;
-    /// Nothing when the file cannot be read or has more than `limit` bytes.
+    /// The first `limit` bytes, all of a shorter file; nothing when it cannot be read.
     virtual std::optional<std::string> read(const std::wstring& path, std::uint64_t limit) = 0;
 
     /// Gives a file that nobody has open a new name on the same volume. With `expected`, only when

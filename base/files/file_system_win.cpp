@@ -237,21 +237,10 @@ FileResult WindowsFileSystem::writeNew(const std::wstring& path, std::string_vie
     return result;
 }
 
-FileResult WindowsFileSystem::overwriteByte(const std::wstring& path, std::uint64_t offset,
-                                            char byte) {
-    const Opened opened = openFile(path, GENERIC_WRITE, FILE_SHARE_READ);
-    if (!opened.result.isDone()) return opened.result;
-    LARGE_INTEGER position{};
-    position.QuadPart = static_cast<LONGLONG>(offset);
-    DWORD written = 0;
-    return lastResult(SetFilePointerEx(opened.handle.get(), position, nullptr, FILE_BEGIN) &&
-                      WriteFile(opened.handle.get(), &byte, 1, &written, nullptr));
-}
-
 std::optional<std::string> WindowsFileSystem::read(const std::wstring& path, std::uint64_t limit) {
     const Opened opened = openFile(path, GENERIC_READ, FILE_SHARE_READ);
-    if (!opened.result.isDone() || opened.stamp.size > limit) return std::nullopt;
-    std::string bytes(static_cast<std::size_t>(opened.stamp.size), '\0');
+    if (!opened.result.isDone()) return std::nullopt;
+    std::string bytes(static_cast<std::size_t>(std::min(opened.stamp.size, limit)), '\0');
     if (!readExactly(opened.handle.get(), bytes.data(), bytes.size()).isDone()) return std::nullopt;
     return bytes;
 }

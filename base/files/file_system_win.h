@@ -20,7 +20,6 @@ class WindowsFileSystem final : public FileSystem {
     FileResult createFolder(const std::wstring& folder) override;
     FileResult removeFolder(const std::wstring& folder) override;
     FileResult writeNew(const std::wstring& path, std::string_view bytes) override;
-    FileResult overwriteByte(const std::wstring& path, std::uint64_t offset, char byte) override;
     std::optional<std::string> read(const std::wstring& path, std::uint64_t limit) override;
     FileResult rename(const std::wstring& from, const std::wstring& to,
                       const FileStamp* expected) override;

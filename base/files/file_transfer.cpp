@@ -12,13 +12,16 @@ bool isWholeCopy(const Inspection& found, const FileStamp& stamp) {
     return (a > b ? a - b : b - a) <= kCoarsestTime;
 }
 
+// Makes `to` and gives the stamp that it has there.
 FileResult copyVerified(FileSystem& files, const std::wstring& from, const std::wstring& to,
-                        const FileStamp& stamp) {
+                        const FileStamp& stamp, FileStamp& copied) {
     const std::wstring part = partOf(to);
+    // What a run that was killed left there is not this one's to remove.
+    if (files.inspect(part).result.outcome != FileOutcome::missing) return {FileOutcome::exists};
     FileResult result = files.copy(from, part, stamp);
-    if (result.outcome == FileOutcome::exists) return result;
     if (result.isDone()) result = files.compare(from, part);
-    if (result.isDone()) result = files.rename(part, to, nullptr);
+    copied = files.inspect(part).stamp;
+    if (result.isDone()) result = files.rename(part, to, &copied);
     if (!result.isDone()) files.remove(part, nullptr);
     return result;
 }
@@ -33,12 +36,14 @@ FileResult transferFile(FileSystem& files, const std::wstring& from, const std::
                         const FileStamp& stamp) {
     FileResult result = files.rename(from, to, &stamp);
     if (result.outcome != FileOutcome::otherVolume) return result;
-    result = copyVerified(files, from, to, stamp);
+    FileStamp copied;
+    result = copyVerified(files, from, to, stamp, copied);
     if (!result.isDone()) return result;
     result = files.remove(from, &stamp);
     if (result.outcome == FileOutcome::missing) return {};
-    // Somebody came in between: the original, which is there, stays the only one.
-    if (!result.isDone() && files.inspect(from).isFile()) files.remove(to, nullptr);
+    // Somebody came in between: the original, which is there, stays the only one; but what others
+    // have made of the copy meanwhile is theirs.
+    if (!result.isDone() && files.inspect(from).isFile()) files.remove(to, &copied);
     return result;
 }
 
@@ -53,8 +58,8 @@ void settleTransfer(FileSystem& files, const std::wstring& from, const std::wstr
                             original.stamp.modified == stamp.modified;
     // The original of a copy that is not whole was never removed; what stands there may be newer.
     if (isOriginal || (original.isFile() && !isWhole)) {
-        files.remove(part, nullptr);
+        files.remove(part, &unfinished.stamp);
     } else if (isWhole && files.inspect(to).result.outcome == FileOutcome::missing) {
-        files.rename(part, to, nullptr);
+        files.rename(part, to, &unfinished.stamp);
     }
 }

@@ -20,7 +20,7 @@ std::wstring realPathOf(HANDLE handle) {
 
 FileResult PinnedFolder::add(std::wstring folder, bool isBase) {
     // With its backslash the base may also be a drive.
-    const std::wstring path = longPath(folder) + (isBase ? L"\\" : L"");
+    const std::wstring path = longPath(isBase ? folder + L"\\" : folder);
     // A handle that may list takes part in sharing, one that may only read attributes does not.
     FileHandle handle(CreateFileW(
         path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
@@ -43,6 +43,7 @@ FileResult PinnedFolder::add(std::wstring folder, bool isBase) {
 }
 
 FileResult PinnedFolder::pin(const std::wstring& base, const std::wstring& folder) {
+    if (holds(folder) && chain_.front().path == base) return {};
     const auto isOnTheWay = [&](const std::wstring& path) {
         return folder.starts_with(path) &&
                (folder.size() == path.size() || folder[path.size()] == L'\\');
@@ -61,7 +62,7 @@ FileResult PinnedFolder::pin(const std::wstring& base, const std::wstring& folde
 }
 
 bool PinnedFolder::holds(const std::wstring& folder) const {
-    return !chain_.empty() && chain_.back().path == folder;
+    return !realPath_.empty() && !chain_.empty() && chain_.back().path == folder;
 }
 
 void PinnedFolder::release() {

@@ -1,5 +1,15 @@
-// The value and the parser. Neither recurses with the document: the text comes from a server that
-// deserves no trust, and two megabytes of "[" would be two million calls deep.
+// The value and the parser (RFC 8259). Neither recurses with the document: the text comes from a
+// server that deserves no trust, and two megabytes of "[" would be two million calls deep.
+//
+// Where a recursive-descent parser has one function per production and the call stack remembers
+// what is open, this one has a loop and two stacks of its own:
+//
+//     {"a":[1,2,    open_    {} []         containers whose end has not come
+//                   values_  1 2           finished values of all open containers, flat
+//                   keys_    "a"           keys of all open objects, flat
+//
+// A container knows where its values begin on the flat stack. Its end takes them all off at once,
+// so that a list is allocated once, at its size, and an open bracket costs a few bytes.
 #include "cloud/json/json.h"
 
 #include <algorithm>
@@ -69,7 +79,7 @@ bool JsonValue::isFilled() const {
 }
 
 // True when a child has children itself. Everything else is destroyed by its own members in two
-// steps at most.
+// steps at most, so that only values three levels deep and more take the long way below.
 bool JsonValue::isNested() const {
     if (tag() == JsonTag::array) {
         return std::any_of(elements().begin(), elements().end(),
@@ -96,8 +106,14 @@ void JsonValue::dropLastChild() {
     }
 }
 
-// Takes the value apart from the back, one level at a time, without a stack of its own: whoever
-// goes down into a child has just emptied the child's place, and the way back is kept there.
+// Takes the value apart from the back, one level at a time, in constant memory: a destructor that
+// needed memory could fail. This is pointer reversal (Deutsch, Schorr, Waite): a stack is not
+// needed where the path back can be kept in the places that were just emptied on the way down.
+//
+//     down:  parent   current{.., child}     the child's place takes the parent in,
+//            current' = child                parent' = current
+//     up:    current is empty                parent's last place gives back the grandparent,
+//            current' = parent               and is empty like the child that stood there
 void JsonValue::releaseNested() noexcept {
     JsonValue parent;
     JsonValue current = std::move(*this);
@@ -118,8 +134,9 @@ void JsonValue::releaseNested() noexcept {
     }
 }
 
-// Children are made null first and filled later. They stay where they are, because nobody adds to
-// a container that has once been given its children.
+// Breadth first with a list of what is still to be copied, instead of by recursion. Children are
+// made null first and filled later. They stay where they are, because nobody adds to a container
+// that has once been given its children: a vector is sized once, a map's nodes never move.
 void JsonValue::copyFrom(const JsonValue& source) {
     struct Open {
         const JsonValue* from;
@@ -162,8 +179,16 @@ void JsonValue::copyFrom(const JsonValue& source) {
 
 namespace {
 
-// Whether an unsigned number that no double holds is too large rather than too small: the power of
-// ten of its first significant digit tells.
+// Whether an unsigned number that no double holds is too large rather than too small:
+// `std::from_chars` says "out of range" for both. The power of ten of its first significant digit
+// tells, to within one, from where that digit and the point stand:
+//
+//     0.0001e9     digit at 5, point at 1     10^(9 - 4)
+//     12300e-9     digit at 0, point at 5     10^(-9 + 5)
+//
+// One more or less does not matter where doubles end hundreds of powers away on either side.
+// An exponent that not even 64 bits hold decides by its sign alone: no document has digits enough
+// to make up for it.
 bool IsTooLarge(std::string_view number) {
     const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
     std::string_view power = number.substr(std::min(mark + 1, number.size()));
@@ -179,7 +204,10 @@ bool IsTooLarge(std::string_view number) {
 }
 
 // What `strtod` makes of a run of number characters, without calling it: some C libraries take
-// minutes for two million digits.
+// minutes for two million digits, and all of them ask the locale for the decimal point. RFC 8259,
+// section 6, is stricter (no leading plus or zero, digits on both sides of the point); `strtod`
+// stops at the first character that does not fit and is content with what came before it, and so is
+// `from_chars`, but for a leading sign that it takes once and only as a minus.
 double ReadNumber(std::string_view run) {
     const bool isNegative = run.starts_with('-');
     if (isNegative || run.starts_with('+')) run.remove_prefix(1);
@@ -194,6 +222,7 @@ double ReadNumber(std::string_view run) {
     return isNegative ? -magnitude : magnitude;
 }
 
+// HEXDIG of section 7, in both cases; -1 for anything else.
 constexpr int HexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -201,6 +230,14 @@ constexpr int HexDigit(char c) {
     return -1;
 }
 
+// One UTF-16 code unit as UTF-8 (RFC 3629, section 3), each by itself:
+//
+//     0000-007F    0xxxxxxx
+//     0080-07FF    110xxxxx 10xxxxxx
+//     0800-FFFF    1110xxxx 10xxxxxx 10xxxxxx
+//
+// The halves of a surrogate pair so become three bytes each, which no decoder of UTF-8 takes;
+// whoever turns them into wide text joins them again (base/text.h).
 void AppendCodeUnit(std::string& utf8, unsigned unit) {
     if (unit < 0x80) {
         utf8.push_back(static_cast<char>(unit));
@@ -215,6 +252,7 @@ void AppendCodeUnit(std::string& utf8, unsigned unit) {
     utf8.push_back(static_cast<char>(0x80U | (unit & 0x3FU)));
 }
 
+// ws of section 2.
 constexpr bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
@@ -223,12 +261,11 @@ constexpr bool IsNumberCharacter(char c) {
     return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
 }
 
-// Finished values wait on one flat stack until their container closes and takes them at once, so an
-// open bracket costs a few bytes and a list is allocated once, at its size.
 class Parser {
   public:
     explicit Parser(std::string_view text) : cursor_(text.data()), end_(cursor_ + text.size()) {}
 
+    // JSON-text = ws value ws, and nothing behind it (section 2).
     JsonValue Document() {
         if (!ReadRoot()) return JsonValue();
         SkipBlanks();
@@ -236,6 +273,7 @@ class Parser {
     }
 
   private:
+    // After each step either a value must follow, or one is complete and a separator may.
     enum class Step { failed, valueNext, valueDone };
     struct Container {
         std::size_t firstValue;
@@ -250,6 +288,7 @@ class Parser {
         return step != Step::failed;
     }
 
+    // Section 3. The first character tells the kind; what is none of these must be a number.
     Step ReadValue() {
         SkipBlanks();
         if (cursor_ == end_) return Step::failed;
@@ -272,13 +311,15 @@ class Parser {
         }
     }
 
-    // What may follow a value inside a container.
+    // What may follow a value inside a container: the value-separator or the container's own end
+    // (sections 4 and 5). A comma demands another value, so that "[1,]" is refused.
     Step ReadSeparator() {
         SkipBlanks();
         if (Take(",")) return open_.back().isObject ? ReadKey() : Step::valueNext;
         return Take(open_.back().isObject ? "}" : "]") ? Close() : Step::failed;
     }
 
+    // begin-array or begin-object, and its end at once when it is empty.
     Step Open() {
         const bool isObject = *cursor_++ == '{';
         open_.push_back({values_.size(), isObject});
@@ -300,6 +341,8 @@ class Parser {
         return Done(std::move(closed));
     }
 
+    // Section 4 leaves open what repeated names mean: here the last one wins. The hint makes
+    // members that come in order cost no search.
     JsonValue::Members TakeMembers(std::vector<JsonValue>::iterator value) {
         JsonValue::Members members;
         const auto firstKey = keys_.end() - (values_.end() - value);
@@ -309,6 +352,7 @@ class Parser {
         return members;
     }
 
+    // A member's name and its name-separator.
     Step ReadKey() {
         SkipBlanks();
         if (!ReadString(keys_.emplace_back())) return Step::failed;
@@ -323,6 +367,7 @@ class Parser {
         return Done(ReadNumber({begin, cursor_}));
     }
 
+    // Section 7. Most strings have no escape: those are copied once, at their size.
     bool ReadString(std::string& string) {
         if (!Take("\"")) return false;
         std::string_view plain;
@@ -336,7 +381,8 @@ class Parser {
         return true;
     }
 
-    // What stands before the next quote or backslash, where the cursor is then.
+    // What stands before the next quote or backslash, where the cursor is then. Control characters
+    // are let through, which section 7 forbids, and so is every byte that is not UTF-8.
     bool ReadPlain(std::string_view& plain) {
         const char* const begin = cursor_;
         while (cursor_ != end_ && *cursor_ != '"' && *cursor_ != '\\')
@@ -356,6 +402,7 @@ class Parser {
         return true;
     }
 
+    // The character behind a backslash, and the four digits of a "u".
     bool ReadEscape(std::string& string) {
         if (cursor_ == end_) return false;
         constexpr std::string_view kLetters = "\"\\/bfnrt";

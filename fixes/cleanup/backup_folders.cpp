@@ -40,43 +40,74 @@ std::optional<Order> orderOf(std::wstring_view name, std::wstring_view kind) {
 
 }  // namespace
 
-std::wstring BackupsFolder(const std::wstring& toolFolder) {
-    return toolFolder + L"\\backups";
+std::wstring BackupsFolder(const std::wstring& home) {
+    return home + L"\\backups";
 }
 
-std::vector<std::wstring> ListBackups(FileSystem& files, const std::wstring& toolFolder,
-                                      std::wstring_view kind) {
+BackupListing ListBackups(FileSystem& files, const BackupHomes& homes, std::wstring_view kind) {
+    BackupListing listing;
     std::vector<std::pair<Order, std::wstring>> found;
-    for (const FolderEntry& entry : files.list(BackupsFolder(toolFolder)).entries) {
-        auto order = orderOf(entry.name, kind);
-        if (order && entry.type == EntryType::folder)
-            found.emplace_back(std::move(*order), entry.name);
+    for (const std::wstring& home : {homes.local, homes.roaming}) {
+        if (home.empty()) continue;
+        const std::wstring backups = BackupsFolder(home);
+        const FolderListing listed = files.list(backups);
+        if (!listed.result.isDone() && listed.result.outcome != FileOutcome::missing)
+            listing.unreadable.push_back({backups, listed.result});
+        for (const FolderEntry& entry : listed.entries) {
+            auto order = orderOf(entry.name, kind);
+            if (order && entry.type == EntryType::folder)
+                found.emplace_back(std::move(*order), backups + L"\\" + entry.name);
+        }
     }
     std::ranges::sort(found, std::greater<>());
-    std::vector<std::wstring> names;
     for (auto& backup : found)
-        names.push_back(std::move(backup.second));
-    return names;
+        listing.folders.push_back(std::move(backup.second));
+    return listing;
 }
 
-std::wstring NewBackupFolder(FileSystem& files, const std::wstring& toolFolder,
-                             std::wstring_view kind, FileTicks localNow) {
+std::wstring NewBackupFolder(FileSystem& files, const BackupHomes& homes, std::wstring_view kind,
+                             FileTicks localNow) {
     Order order{datedName(localNow), 1};
-    const auto existing = ListBackups(files, toolFolder, kind);
+    const auto existing = ListBackups(files, homes, kind).folders;
     if (!existing.empty()) {
-        const auto newest = orderOf(existing.front(), kind);
-        if (newest && *newest >= order) order = {newest->first, newest->second + 1};
+        const std::wstring& newest = existing.front();
+        const auto last = orderOf(std::wstring_view(newest).substr(newest.rfind(L'\\') + 1), kind);
+        if (last && *last >= order) order = {last->first, last->second + 1};
     }
-    std::wstring path = BackupsFolder(toolFolder) + L"\\" + std::wstring(kind) + order.first;
+    std::wstring path = BackupsFolder(homes.local) + L"\\" + std::wstring(kind) + order.first;
     if (order.second > 1) path += L"-" + decimalUnsigned(order.second);
     return path;
 }
 
-FileResult CreateBackupFolder(FileSystem& files, const std::wstring& toolFolder,
+FileResult CreateBackupFolder(FileSystem& files, const BackupHomes& homes,
                               const std::wstring& backup) {
-    const std::wstring base = parentFolder(toolFolder);
-    const std::wstring backups = BackupsFolder(toolFolder);
+    const std::wstring base = parentFolder(homes.local);
+    const std::wstring backups = BackupsFolder(homes.local);
     const FileResult result =
         createFolders(files, base, std::wstring_view(backups).substr(base.size() + 1));
     return result.isDone() ? files.createFolder(backup) : result;
+}
+
+FilesTotal TotalBelow(FileSystem& files, std::vector<std::wstring> folders) {
+    FilesTotal total;
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        const std::wstring folder = folders[i];
+        for (const FolderEntry& entry : files.list(folder).entries) {
+            if (entry.type == EntryType::folder) folders.push_back(folder + L"\\" + entry.name);
+            if (entry.type != EntryType::file) continue;
+            ++total.files;
+            total.bytes += entry.stamp.size;
+        }
+    }
+    return total;
+}
+
+bool RemoveEmptiedBackup(FileSystem& files, const std::wstring& backupFolder) {
+    const std::wstring inside = backupFolder + L"\\";
+    if (!removeEmptyFolders(files, inside + std::wstring(kBackupFilesFolder)).isDone())
+        return false;
+    const std::wstring list = inside + std::wstring(kManifestName);
+    files.remove(list + std::wstring(kUnfinishedSuffix), nullptr);
+    files.remove(list, nullptr);
+    return files.removeFolder(backupFolder).isDone();
 }

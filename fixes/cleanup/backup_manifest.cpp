@@ -1,6 +1,7 @@
 #include "fixes/cleanup/backup_manifest.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "base/text.h"
@@ -22,33 +23,25 @@ std::string quoted(std::string_view text) {
     return json + "\"";
 }
 
-std::string quoted(std::wstring_view text) {
-    return quoted(utf8FromWide(text));
+std::string entryText(const PlannedItem& item) {
+    const FileStamp& stamp = item.stamp;
+    return std::string("\n    {\"type\": ") + (item.isFolder ? "\"folder\"" : "\"file\"") +
+           ", \"kind\": " + quoted(kCacheKindNames[static_cast<std::size_t>(item.kind)].id) +
+           ", \"size\": " + std::to_string(stamp.size) +
+           ", \"created\": " + quoted(formatTimestamp(stamp.created)) +
+           ", \"modified\": " + quoted(formatTimestamp(stamp.modified)) +
+           ", \"attributes\": " + std::to_string(stamp.attributes) +
+           ", \"path\": " + quoted(utf8FromWide(item.path)) +
+           ", \"backup\": " + quoted(utf8FromWide(item.backupPath)) + "}";
 }
 
-void appendEntry(ManifestText& text, const ManifestEntry& entry) {
-    const PlannedItem& item = entry.item;
-    text.json += "    {\"state\": \"";
-    text.progressOffsets.push_back(text.json.size());
-    text.json.push_back(static_cast<char>(entry.progress));
-    text.json += item.isFolder ? "\", \"type\": \"folder\"" : "\", \"type\": \"file\"";
-    text.json += ", \"kind\": ";
-    text.json += quoted(kCacheKindNames[static_cast<std::size_t>(item.kind)].id);
-    text.json += ", \"size\": " + std::to_string(item.stamp.size);
-    text.json += ", \"created\": " + quoted(formatTimestamp(item.stamp.created));
-    text.json += ", \"modified\": " + quoted(formatTimestamp(item.stamp.modified));
-    text.json += ", \"attributes\": " + std::to_string(item.stamp.attributes);
-    text.json += ", \"path\": " + quoted(item.path);
-    text.json += ", \"backup\": " + quoted(item.backupPath) + "}";
-}
-
-bool readNumber(const JsonValue& object, std::string_view key, std::uint64_t largest,
-                std::uint64_t& number) {
+template <typename Number>
+bool readNumber(const JsonValue& object, std::string_view key, Number& number) {
     const JsonValue& value = Member(object, key);
     const double read = value.number();
     if (value.tag() != JsonTag::number || !(read >= 0 && read <= kLargestExact)) return false;
-    number = static_cast<std::uint64_t>(read);
-    return static_cast<double>(number) == read && number <= largest;
+    number = static_cast<Number>(static_cast<std::uint64_t>(read));
+    return static_cast<double>(number) == read;
 }
 
 bool readTime(const JsonValue& object, std::string_view key, FileTicks& ticks) {
@@ -57,103 +50,76 @@ bool readTime(const JsonValue& object, std::string_view key, FileTicks& ticks) {
     return read.has_value();
 }
 
-bool readKind(const JsonValue& object, CacheKind& kind) {
-    const std::string& id = Member(object, "kind").string();
-    const auto found = std::ranges::find(kCacheKindNames, id, &CacheKindName::id);
-    if (found == kCacheKindNames.end()) return false;
-    kind = static_cast<CacheKind>(found - kCacheKindNames.begin());
-    return true;
+// A path may only be put back where its place in the backup says it was.
+bool isConsistent(const PlannedItem& item) {
+    const std::size_t slash = item.backupPath.find(L'\\');
+    if (slash == std::wstring::npos || slash == 0) return false;
+    const std::wstring tail = item.backupPath.substr(slash);
+    return CanBeRecorded(item.backupPath) && item.path.size() > tail.size() &&
+           equalsIgnoringCase(item.path.substr(item.path.size() - tail.size()), tail);
 }
 
-bool readProgress(const JsonValue& object, Progress& progress) {
-    const std::string& state = Member(object, "state").string();
-    if (state.size() != 1 || std::string_view("PMLR").find(state[0]) == std::string_view::npos)
-        return false;
-    progress = static_cast<Progress>(state[0]);
-    return true;
-}
-
-std::optional<ManifestEntry> readEntry(const JsonValue& object) {
-    ManifestEntry entry;
-    PlannedItem& item = entry.item;
+// The kind is for people; a later version may know more of them.
+std::optional<PlannedItem> readEntry(const JsonValue& object) {
+    PlannedItem item;
+    FileStamp& stamp = item.stamp;
     const std::string& type = Member(object, "type").string();
-    std::uint64_t attributes = 0;
-    if ((type != "file" && type != "folder") || !readProgress(object, entry.progress) ||
-        !readKind(object, item.kind) || !readNumber(object, "size", UINT64_MAX, item.stamp.size) ||
-        !readNumber(object, "attributes", UINT32_MAX, attributes) ||
-        !readTime(object, "created", item.stamp.created) ||
-        !readTime(object, "modified", item.stamp.modified)) {
-        return std::nullopt;
-    }
     item.isFolder = type == "folder";
-    item.stamp.attributes = static_cast<std::uint32_t>(attributes);
     item.path = wideFromUtf8(Member(object, "path").string());
     item.backupPath = wideFromUtf8(Member(object, "backup").string());
-    return entry;
-}
-
-bool couldBePlanned(const PlannedItem& item, const CleanupRoots& roots) {
-    const std::size_t slash = item.backupPath.find(L'\\');
-    if (slash == std::wstring::npos) return false;
-    const std::wstring_view rootName = std::wstring_view(item.backupPath).substr(0, slash);
-    const std::wstring_view relative = std::wstring_view(item.backupPath).substr(slash + 1);
-    const auto root = static_cast<std::size_t>(std::ranges::find(kCleanupRootNames, rootName) -
-                                               kCleanupRootNames.begin());
-    if (root >= kCleanupRootCount || roots[root].empty() || !CanBeRecorded(relative)) return false;
-    if (!equalsIgnoringCase(item.path, roots[root] + L"\\" + std::wstring(relative))) return false;
-    if (!item.isFolder && IsUserWork(relative.substr(relative.rfind(L'\\') + 1))) return false;
-    return std::ranges::any_of(kCleanupLocations, [&](const CleanupLocation& location) {
-        return static_cast<std::size_t>(location.root) == root && location.kind == item.kind &&
-               Covers(location, relative, item.isFolder);
-    });
-}
-
-ManifestReading damaged(std::wstring why) {
-    return {std::nullopt, std::move(why), {}};
+    const bool isWhole = (item.isFolder || type == "file") &&
+                         readNumber(object, "size", stamp.size) &&
+                         readNumber(object, "attributes", stamp.attributes) &&
+                         readTime(object, "created", stamp.created) &&
+                         readTime(object, "modified", stamp.modified) && isConsistent(item);
+    if (!isWhole) return std::nullopt;
+    return item;
 }
 
 }  // namespace
 
-ManifestText WriteManifest(const Manifest& manifest) {
-    ManifestText text;
-    text.json =
+std::string WriteManifest(const std::vector<PlannedItem>& items, FileTicks created) {
+    std::string json =
         "{\n  \"format\": " + quoted(kFormat) + ",\n  \"version\": " + std::to_string(kVersion) +
-        ",\n  \"created\": " + quoted(formatTimestamp(manifest.created)) + ",\n  \"entries\": [";
-    const char* separator = "\n";
-    for (const ManifestEntry& entry : manifest.entries) {
-        text.json += separator;
-        appendEntry(text, entry);
-        separator = ",\n";
+        ",\n  \"created\": " + quoted(formatTimestamp(created)) + ",\n  \"entries\": [";
+    const char* separator = "";
+    for (const PlannedItem& item : items) {
+        json += separator + entryText(item);
+        separator = ",";
     }
-    text.json += "\n  ]\n}\n";
-    return text;
+    return json + "\n  ]\n}\n";
 }
 
-ManifestReading ReadManifest(std::string_view json, const CleanupRoots& roots) {
-    const JsonValue root = ParseJson(json);
-    if (root.tag() != JsonTag::object) return damaged(L"it is not a whole JSON document");
-    if (Member(root, "format").string() != kFormat) return damaged(L"it is not a list of a backup");
-    if (Member(root, "version").number() != kVersion)
-        return damaged(L"another version of Mirelo wrote it");
-
+Manifest ReadManifest(std::string_view json) {
     Manifest manifest;
+    const JsonValue root = ParseJson(json);
     const JsonValue& entries = Member(root, "entries");
-    if (entries.tag() != JsonTag::array || !readTime(root, "created", manifest.created))
-        return damaged(L"parts of it are missing");
+    if (root.tag() != JsonTag::object)
+        manifest.error = L"it is not a whole JSON document";
+    else if (Member(root, "format").string() != kFormat || entries.tag() != JsonTag::array)
+        manifest.error = L"it is not a list of a backup";
+    else if (Member(root, "version").number() != kVersion)
+        manifest.error = L"another version of Mirelo wrote it";
+    if (!manifest.error.empty()) return manifest;
 
     std::set<std::wstring> seen;
     for (const JsonValue& value : entries.elements()) {
-        auto entry = readEntry(value);
-        const std::wstring number = decimalUnsigned(manifest.entries.size() + 1);
-        if (!entry) return damaged(L"entry " + number + L" is not complete");
-        if (!couldBePlanned(entry->item, roots))
-            return damaged(L"entry " + number + L" does not name a file of the cleanup: " +
-                           entry->item.path);
-        if (!seen.insert(lowered(entry->item.path)).second)
-            return damaged(L"entry " + number + L" repeats another: " + entry->item.path);
-        manifest.entries.push_back(std::move(*entry));
+        auto item = readEntry(value);
+        if (item && seen.insert(lowered(item->path)).second)
+            manifest.items.push_back(std::move(*item));
+        else
+            ++manifest.damaged;
     }
-    ManifestText rewritten = WriteManifest(manifest);
-    if (rewritten.json != json) rewritten.progressOffsets.clear();
-    return {std::move(manifest), L"", std::move(rewritten.progressOffsets)};
+    return manifest;
+}
+
+const std::wstring* RootAbove(std::wstring_view path, const CleanupRoots& roots) {
+    const std::wstring* innermost = nullptr;
+    for (const std::wstring& root : roots) {
+        if (root.empty() || path.size() <= root.size() || path[root.size()] != L'\\') continue;
+        const bool isAbove = equalsIgnoringCase(path.substr(0, root.size()), root) &&
+                             CanBeRecorded(path.substr(root.size() + 1));
+        if (isAbove && (innermost == nullptr || root.size() > innermost->size())) innermost = &root;
+    }
+    return innermost;
 }

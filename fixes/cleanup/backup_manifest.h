@@ -1,54 +1,28 @@
-// The list that lies in every backup: what was moved, from where, and how far it got. UTF-8 JSON,
-// described for people in docs/backups.md. The JSON reader is the one of the cloud folder.
+// The list that lies in every cleanup backup: what was moved, and from where. UTF-8 JSON, described
+// for people in docs/backups.md. It is whole and on the disk before the first move and never
+// changes; which files have moved is decided by looking.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "fixes/cleanup/cleanup_plan.h"
 
-inline constexpr std::wstring_view kManifestName = L"manifest.json";
-/// The moved files lie below this folder of the backup.
-inline constexpr std::wstring_view kBackupFilesFolder = L"files";
-
-/// A note on the way, no more: which files are in the backup is decided by looking, because a
-/// power cut can lose the last notes or the last moves.
-enum class Progress : char {
-    planned = 'P',
-    moved = 'M',
-    left = 'L',  // in use or refused; it stayed
-    restored = 'R',
-};
-
-struct ManifestEntry {
-    PlannedItem item;
-    Progress progress = Progress::planned;
-};
+std::string WriteManifest(const std::vector<PlannedItem>& items, FileTicks created);
 
 struct Manifest {
-    FileTicks created = 0;
-    std::vector<ManifestEntry> entries;
-};
-
-struct ManifestText {
-    std::string json;
-    /// Where each entry's progress stands in `json`: one byte, so that noting it cannot tear.
-    std::vector<std::uint64_t> progressOffsets;
-};
-
-ManifestText WriteManifest(const Manifest& manifest);
-
-struct ManifestReading {
-    std::optional<Manifest> manifest;
+    std::vector<PlannedItem> items;
+    /// Entries that name no file of a backup, or one that an entry before has named.
+    std::size_t damaged = 0;
+    /// Why there is no list at all; empty when there is one.
     std::wstring error;
-    /// As in `ManifestText`; empty when somebody laid the text out anew, and progress then cannot
-    /// be noted.
-    std::vector<std::uint64_t> progressOffsets;
 };
 
-/// Trusts nothing: every entry must be one that `PlanCleanup` could have made for `roots`, path,
-/// place in the backup and kind agreeing with each other and with the table of locations, none
-/// twice.
-ManifestReading ReadManifest(std::string_view json, const CleanupRoots& roots);
+/// Each entry stands for itself: its place in the backup is a variable's name and a plain path, and
+/// the path it had ends in that same path. The table of locations has no say, as it differs between
+/// versions.
+Manifest ReadManifest(std::string_view json);
+
+/// The one of today's roots that a path lies below, the innermost; null when it lies below none.
+const std::wstring* RootAbove(std::wstring_view path, const CleanupRoots& roots);

@@ -1,9 +1,10 @@
 #include "fixes/cleanup/cleanup.h"
 
+#include <algorithm>
+
 #include "base/files/file_transfer.h"
 #include "base/size_text.h"
 #include "base/text.h"
-#include "fixes/cleanup/backup_folders.h"
 #include "fixes/cleanup/backup_manifest.h"
 
 namespace {
@@ -14,24 +15,8 @@ const std::wstring kPrefix = L"[Cleanup] ";
 struct Filling {
     FileSystem& files;
     std::wstring folder;
-    std::wstring manifestPath;
     std::wstring lastParent;  // the folder of the backup that was made last
 };
-
-Manifest manifestOf(const CleanupPlan& plan, FileTicks created) {
-    Manifest manifest;
-    manifest.created = created;
-    for (const PlannedItem& item : plan.items)
-        manifest.entries.push_back({item, Progress::planned});
-    return manifest;
-}
-
-void removeBackup(const Filling& filling) {
-    removeEmptyFolders(filling.files, filling.folder + L"\\" + std::wstring(kBackupFilesFolder));
-    filling.files.remove(filling.manifestPath + std::wstring(kUnfinishedSuffix), nullptr);
-    filling.files.remove(filling.manifestPath, nullptr);
-    filling.files.removeFolder(filling.folder);
-}
 
 FileResult moveFile(Filling& filling, const PlannedItem& item) {
     const std::wstring relative = std::wstring(kBackupFilesFolder) + L"\\" + item.backupPath;
@@ -44,30 +29,38 @@ FileResult moveFile(Filling& filling, const PlannedItem& item) {
     return transferFile(filling.files, item.path, filling.folder + L"\\" + relative, item.stamp);
 }
 
+bool isShared(const PlannedItem& item) {
+    return item.backupPath.starts_with(
+        kCleanupRootNames[static_cast<std::size_t>(CleanupRoot::programData)]);
+}
+
 void account(CleanupReport& report, const PlannedItem& item, const FileResult& result) {
     CleanupReport::Kind& kind = report.kinds[static_cast<std::size_t>(item.kind)];
     switch (result.outcome) {
         case FileOutcome::done:
             ++kind.moved.files;
             kind.moved.bytes += item.stamp.size;
-            break;
+            return;
         case FileOutcome::inUse:
         case FileOutcome::changed:
             ++kind.inUse;
-            break;
+            return;
         case FileOutcome::missing:
-            break;
+            return;
         case FileOutcome::diskFull:
             report.isDiskFull = true;
-            break;
+            return;
         default:
-            report.failures.push_back({item.path, result});
             break;
     }
+    if (result.outcome == FileOutcome::refused && isShared(item))
+        ++kind.closed;
+    else
+        report.failures.push_back({item.path, result});
 }
 
 struct Sum {
-    KindTotal moved;
+    FilesTotal moved;
     std::uint64_t left = 0;
 };
 
@@ -77,64 +70,132 @@ Sum sumOf(const CleanupReport& report) {
     for (const auto& kind : report.kinds) {
         sum.moved.files += kind.moved.files;
         sum.moved.bytes += kind.moved.bytes;
-        sum.left += kind.inUse;
+        sum.left += kind.inUse + kind.closed;
     }
     return sum;
 }
 
+std::wstring amountText(const FilesTotal& total) {
+    return fileCountText(total.files) + L" (" + sizeText(total.bytes) + L")";
+}
+
+std::wstring roomText(const FilesTotal& held) {
+    std::wstring text = L"The disk gains no room until you delete the backup folder";
+    if (held.files > 0) text += L"; older backups hold " + amountText(held);
+    return text + L".";
+}
+
+void reportListing(const ActionHost& host, const BackupContext& context,
+                   const CleanupListing& listing, bool isPhotoPaintRunning) {
+    if (!context.tempDoubt.empty()) {
+        const auto& temp = context.roots[static_cast<std::size_t>(CleanupRoot::temp)];
+        host.appendLog(kPrefix + L"[WARN] " + (temp.empty() ? L"%TEMP%" : temp) +
+                       L" is not taken for a folder of temporary files (" + context.tempDoubt +
+                       L") and was not searched.");
+    }
+    if (isPhotoPaintRunning)
+        host.appendLog(kPrefix + L"PHOTO-PAINT is running, its thumbnail cache was left alone.");
+    for (const auto& folder : listing.unreadable)
+        host.appendLog(kPrefix + L"[WARN] Could not look into " + folder.path + L": " +
+                       reasonText(folder.reason));
+    if (listing.closed > 0)
+        host.appendLog(kPrefix + L"Folders of crash reports that Windows keeps closed, skipped: " +
+                       decimalUnsigned(listing.closed));
+}
+
+void reportWhatStays(const ActionHost& host, const CleanupPlan& plan) {
+    const std::size_t named = std::min(plan.drawings.size(), kMostNamed);
+    for (std::size_t i = 0; i < named; ++i)
+        host.appendLog(kPrefix + L"[WARN] looks like a drawing, left in place: " +
+                       plan.drawings[i]);
+    const std::wstring more = MoreText(plan.drawings.size());
+    if (!more.empty()) host.appendLog(kPrefix + L"[WARN]" + more);
+    if (plan.recent > 0)
+        host.appendLog(kPrefix + L"Temporary files of the last 24 hours, left in place: " +
+                       decimalUnsigned(plan.recent));
+    if (plan.unreadable > 0)
+        host.appendLog(kPrefix + L"Temporary files that cannot be read now, left in place: " +
+                       decimalUnsigned(plan.unreadable));
+}
+
 }  // namespace
 
-CleanupReport ExecuteCleanup(const BackupContext& context, const CleanupPlan& plan,
-                             const std::wstring& backupFolder) {
+CleanupReport ExecuteCleanup(const ActionHost& host, const BackupContext& context,
+                             const CleanupPlan& plan, const std::wstring& backupFolder) {
     FileSystem& files = context.files;
-    Filling filling{files, backupFolder, backupFolder + L"\\" + std::wstring(kManifestName), L""};
     CleanupReport report;
-    report.start = CreateBackupFolder(files, context.toolFolder, backupFolder);
+    report.start = CreateBackupFolder(files, context.homes, backupFolder);
     if (!report.start.isDone()) return report;
-    const ManifestText manifest = WriteManifest(manifestOf(plan, context.now().utc));
-    report.start = files.writeNew(filling.manifestPath, manifest.json);
-    if (!report.start.isDone()) {
-        removeBackup(filling);
-        return report;
-    }
+    report.start = files.writeNew(backupFolder + L"\\" + std::wstring(kManifestName),
+                                  WriteManifest(plan.items, context.now().utc));
 
-    const auto note = [&](std::size_t entry, Progress progress) {
-        files.overwriteByte(filling.manifestPath, manifest.progressOffsets[entry],
-                            static_cast<char>(progress));
-    };
-    for (std::size_t i = 0; i < plan.items.size() && !report.isDiskFull; ++i) {
-        const PlannedItem& item = plan.items[i];
+    Filling filling{files, backupFolder, L""};
+    MovingStatus status(host, context, L"Cleaning up:", plan.total().files);
+    bool isAnyMoved = false;
+    for (const PlannedItem& item : plan.items) {
+        if (!report.start.isDone() || report.isDiskFull) break;
         if (item.isFolder) {
-            if (sumOf(report).moved.files == 0) break;
-            const FileResult result = files.removeFolder(item.path);
-            note(i, result.isDone() ? Progress::moved : Progress::left);
+            if (isAnyMoved) files.removeFolder(item.path);
             continue;
         }
         const FileResult result = moveFile(filling, item);
-        note(i, result.isDone() ? Progress::moved : Progress::left);
+        isAnyMoved |= result.isDone();
         account(report, item, result);
+        status.countOne();
     }
-    if (sumOf(report).moved.files == 0) removeBackup(filling);
+    if (!isAnyMoved) RemoveEmptiedBackup(files, backupFolder);
     return report;
 }
 
+std::wstring CleanupQuestion(const CleanupPlan& plan, const std::wstring& backupFolder,
+                             const FilesTotal& held, bool isCorelRunning) {
+    constexpr std::size_t kMostFolders = 6;
+    std::wstring text =
+        L"Move " + amountText(plan.total()) + L" of CorelDRAW into a backup folder?\n\n";
+    for (std::size_t kind = 0; kind < kCacheKindCount; ++kind) {
+        const FilesTotal& part = plan.totals[kind];
+        if (part.files == 0) continue;
+        text += std::wstring(kCacheKindNames[kind].title) + L": " + fileCountText(part.files) +
+                L", " + sizeText(part.bytes) + L", in\n";
+        const auto& folders = plan.folders[kind];
+        for (std::size_t i = 0; i < std::min(folders.size(), kMostFolders); ++i)
+            text += L"  " + folders[i] + L"\n";
+        if (folders.size() > kMostFolders)
+            text += L"  and " + decimalUnsigned(folders.size() - kMostFolders) + L" more folders\n";
+    }
+    text += L"\nBackup folder: " + backupFolder +
+            L"\nDrawings, workspaces, macros, palettes and styles stay where they are. 'Restore' "
+            L"brings everything back. " +
+            roomText(held) + L"\n";
+    if (isCorelRunning) {
+        text +=
+            L"\nCorelDRAW is running: files that it has in use are skipped. It is better to "
+            L"close it first.\n";
+    }
+    return text + L"\nContinue?";
+}
+
 std::vector<std::wstring> CleanupLines(const CleanupReport& report,
-                                       const std::wstring& backupFolder) {
+                                       const std::wstring& backupFolder, const FilesTotal& held) {
     if (!report.start.isDone()) {
         return {kPrefix + L"Failed to make the backup in " + backupFolder + L": " +
                 reasonText(report.start) + L". Nothing was moved."};
     }
     std::vector<std::wstring> lines;
-    for (const FileFailure& failure : report.failures)
-        lines.push_back(kPrefix + L"Failed to move " + failure.path + L": " +
-                        reasonText(failure.reason));
+    for (std::size_t i = 0; i < std::min(report.failures.size(), kMostNamed); ++i)
+        lines.push_back(kPrefix + L"Failed to move " + report.failures[i].path + L": " +
+                        reasonText(report.failures[i].reason));
+    const std::wstring more = MoreText(report.failures.size());
+    if (!more.empty()) lines.push_back(kPrefix + L"Failed to move" + more);
     for (std::size_t i = 0; i < kCacheKindCount; ++i) {
         const auto& kind = report.kinds[i];
-        if (kind.moved.files == 0 && kind.inUse == 0) continue;
+        if (kind.moved.files + kind.inUse + kind.closed == 0) continue;
         std::wstring line = kPrefix + std::wstring(kCacheKindNames[i].title) + L": " +
                             fileCountText(kind.moved.files) + L" moved, " +
                             sizeText(kind.moved.bytes);
         if (kind.inUse > 0) line += L"; " + decimalUnsigned(kind.inUse) + L" in use, skipped";
+        if (kind.closed > 0)
+            line += L"; " + decimalUnsigned(kind.closed) + L" refused by Windows, skipped";
         lines.push_back(std::move(line));
     }
     if (report.isDiskFull) {
@@ -148,35 +209,43 @@ std::vector<std::wstring> CleanupLines(const CleanupReport& report,
         return lines;
     }
     const bool isWhole = sum.left == 0 && !report.isDiskFull;
-    lines.push_back(kPrefix + (isWhole ? L"[OK] " : L"[WARN] ") + fileCountText(sum.moved.files) +
-                    L" (" + sizeText(sum.moved.bytes) + L") moved to " + backupFolder +
+    lines.push_back(kPrefix + (isWhole ? L"[OK] " : L"[WARN] ") + amountText(sum.moved) +
+                    L" moved to " + backupFolder +
                     (sum.left == 0 ? L"" : L"; " + decimalUnsigned(sum.left) + L" left in place"));
+    lines.push_back(kPrefix + roomText(held));
     return lines;
 }
 
-void OnCleanup(const ActionHost& host, const BackupContext& context) {
-    if (context.toolFolder.empty()) {
+void CleanUp(const ActionHost& host, const BackupContext& context) {
+    if (context.homes.local.empty()) {
         host.appendLog(kPrefix + L"Failed: the folder for application data cannot be found.");
         return;
     }
-    const CleanupListing listing = ListCleanupItems(context.files, context.roots);
-    for (const auto& folder : listing.unreadable)
-        host.appendLog(kPrefix + L"[WARN] Could not look into " + folder.path + L": " +
-                       reasonText(folder.reason));
-    const CleanupPlan plan = PlanCleanup(listing, context.roots);
+    const RunningPrograms running = context.running();
+    CleanupRoots roots = context.roots;
+    if (!context.tempDoubt.empty()) roots[static_cast<std::size_t>(CleanupRoot::temp)].clear();
+    const CleanupListing listing = ListCleanupItems(context.files, roots, running.photoPaint);
+    const CleanupPlan plan = PlanCleanup(listing, roots, context.now().utc);
+    reportListing(host, context, listing, running.photoPaint);
+    reportWhatStays(host, plan);
     if (plan.total().files == 0) {
+        const bool isAnyLeft = plan.drawings.size() + plan.recent + plan.unreadable > 0;
         host.appendLog(kPrefix +
-                       L"Nothing to clean up: no crash reports, temporary files or thumbnail "
-                       L"caches of CorelDRAW were found.");
+                       (isAnyLeft ? L"Nothing else to clean up."
+                                  : L"Nothing to clean up: no crash reports, temporary files or "
+                                    L"thumbnail caches of CorelDRAW were found."));
         return;
     }
+    const FilesTotal held = TotalBelow(
+        context.files, ListBackups(context.files, context.homes, kCleanupBackup).folders);
     const std::wstring backup =
-        NewBackupFolder(context.files, context.toolFolder, kCleanupBackup, context.now().local);
-    if (!host.confirm(CleanupQuestion(plan, backup, context.isCorelRunning()),
+        NewBackupFolder(context.files, context.homes, kCleanupBackup, context.now().local);
+    if (!host.confirm(CleanupQuestion(plan, backup, held, running.coreldraw),
                       L"Confirm Cache Cleanup", ConfirmStyle::warning)) {
         host.appendLog(kPrefix + L"Cancelled, nothing was moved.");
         return;
     }
-    for (std::wstring& line : CleanupLines(ExecuteCleanup(context, plan, backup), backup))
+    const CleanupReport report = ExecuteCleanup(host, context, plan, backup);
+    for (std::wstring& line : CleanupLines(report, backup, held))
         host.appendLog(std::move(line));
 }

@@ -3,37 +3,19 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "base/action_host.h"
+#include "fixes/cleanup/backup_context.h"
 #include "fixes/cleanup/cleanup_plan.h"
-
-/// What the cleanup and its way back are given from outside.
-struct BackupContext {
-    FileSystem& files;
-    CleanupRoots roots;
-    std::wstring toolFolder;  // empty when it cannot be found
-    std::function<bool()> isCorelRunning;
-    struct Now {
-        FileTicks utc;
-        FileTicks local;
-    };
-    std::function<Now()> now;
-};
-
-struct FileFailure {
-    std::wstring path;
-    FileResult reason;
-};
 
 struct CleanupReport {
     /// Why nothing was begun; done when it was.
     FileResult start;
     struct Kind {
-        KindTotal moved;
-        std::uint64_t inUse = 0;  // or changed since the plan was made
+        FilesTotal moved;
+        std::uint64_t inUse = 0;   // or changed since the plan was made
+        std::uint64_t closed = 0;  // shared by all users and refused by Windows
     };
     std::array<Kind, kCacheKindCount> kinds;
     std::vector<FileFailure> failures;
@@ -43,12 +25,17 @@ struct CleanupReport {
 
 /// Carries out a plan with at least one file. The list of all that will move is on the disk before
 /// the first move; a kill at any instant leaves every file in its place or in the backup, and
-/// `RestoreBackup` finds it. A backup that got nothing is removed again.
-CleanupReport ExecuteCleanup(const BackupContext& context, const CleanupPlan& plan,
-                             const std::wstring& backupFolder);
+/// `RestoreBackups` finds it. A backup that got nothing is removed again.
+CleanupReport ExecuteCleanup(const ActionHost& host, const BackupContext& context,
+                             const CleanupPlan& plan, const std::wstring& backupFolder);
+
+/// The question before the plan is carried out. `held` is what older backups hold.
+std::wstring CleanupQuestion(const CleanupPlan& plan, const std::wstring& backupFolder,
+                             const FilesTotal& held, bool isCorelRunning);
 
 /// One line per failure and per kind, then a summary with the folder.
 std::vector<std::wstring> CleanupLines(const CleanupReport& report,
-                                       const std::wstring& backupFolder);
+                                       const std::wstring& backupFolder, const FilesTotal& held);
 
-void OnCleanup(const ActionHost& host, const BackupContext& context);
+/// Plans, asks and cleans up.
+void CleanUp(const ActionHost& host, const BackupContext& context);

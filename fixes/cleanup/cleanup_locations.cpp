@@ -6,19 +6,6 @@
 
 namespace {
 
-constexpr std::wstring_view kUserWork[] = {
-    // clang-format off
-    // documents, templates, symbols
-    L"*.cdr", L"*.cdt", L"*.cdx", L"*.cpx", L"*.cmx", L"*.cpt", L"*.cdrt", L"*.csl", L"*.clk",
-    // what is kept of them on the side, by CorelDRAW and by this tool
-    L"Backup_of_*", L"auto-backup*", L"AutoBackup*", L"*.mirelobak",
-    // workspaces, macros, palettes, styles
-    L"*.cdws", L"*.gms", L"*.cpl", L"*.pal", L"*.cdss",
-    // fonts
-    L"*.ttf", L"*.otf", L"*.ttc", L"*.pfb",
-    // clang-format on
-};
-
 std::wstring_view takeName(std::wstring_view& path) {
     const std::size_t end = std::min(path.find(L'\\'), path.size());
     const std::wstring_view name = path.substr(0, end);
@@ -59,7 +46,12 @@ bool LeadsTo(const CleanupLocation& location, std::wstring_view relative) {
     return match.fits && (match.patternLeft || location.extent != Extent::files);
 }
 
-bool IsUserWork(std::wstring_view fileName) {
-    return std::ranges::any_of(
-        kUserWork, [&](std::wstring_view name) { return matchesPattern(fileName, name); });
+std::wstring FolderOf(const CleanupLocation& location, std::wstring_view relative) {
+    const auto backslashes = std::ranges::count(location.pattern, L'\\');
+    // Contents lie one level below the folder that the pattern names.
+    auto levels = backslashes + (location.extent == Extent::contents ? 1 : 0);
+    std::size_t end = 0;
+    for (; levels > 0; --levels)
+        end = std::min(relative.find(L'\\', end + 1), relative.size());
+    return std::wstring(relative.substr(0, end));
 }

@@ -3,13 +3,35 @@
 #include <algorithm>
 #include <set>
 
-#include "base/size_text.h"
 #include "base/text.h"
+#include "fixes/cleanup/user_work.h"
 
 namespace {
 
 const std::wstring& rootOf(const CleanupRoots& roots, const CleanupLocation& location) {
     return roots[static_cast<std::size_t>(location.root)];
+}
+
+std::wstring_view nameOf(std::wstring_view path) {
+    return path.substr(path.rfind(L'\\') + 1);
+}
+
+Beginning beginningOf(FileSystem& files, const std::wstring& path, const ListedItem& item) {
+    const bool isLookedAt = item.location->kind == CacheKind::temporaryFile &&
+                            item.type == EntryType::file && item.stamp.size >= kBeginningBytes;
+    if (!isLookedAt || IsUserWork(nameOf(path))) return Beginning::notLookedAt;
+    const auto bytes = files.read(path, kBeginningBytes);
+    if (!bytes) return Beginning::unreadable;
+    return BeginsLikeDrawing(*bytes) ? Beginning::drawing : Beginning::other;
+}
+
+void noteUnreadable(const CleanupLocation& location, const std::wstring& folder,
+                    const FileResult& result, CleanupListing& listing) {
+    if (result.isDone() || result.outcome == FileOutcome::missing) return;
+    if (location.root == CleanupRoot::programData && result.outcome == FileOutcome::refused)
+        ++listing.closed;
+    else
+        listing.unreadable.push_back({folder, result});
 }
 
 void listLocation(FileSystem& files, const std::wstring& root, const CleanupLocation& location,
@@ -20,14 +42,15 @@ void listLocation(FileSystem& files, const std::wstring& root, const CleanupLoca
         const std::wstring folder = pending.back().empty() ? root : root + L"\\" + pending.back();
         pending.pop_back();
         FolderListing found = files.list(folder);
-        if (!found.result.isDone() && found.result.outcome != FileOutcome::missing)
-            listing.unreadable.push_back({folder, found.result});
+        noteUnreadable(location, folder, found.result, listing);
         for (FolderEntry& entry : found.entries) {
             std::wstring relative = prefix + entry.name;
             const bool isFolder = entry.type == EntryType::folder;
             if (isFolder && LeadsTo(location, relative)) pending.push_back(relative);
             if (!Covers(location, relative, isFolder)) continue;
-            listing.items.push_back({&location, std::move(relative), entry.type, entry.stamp});
+            ListedItem item{&location, std::move(relative), entry.type, entry.stamp};
+            item.beginning = beginningOf(files, root + L"\\" + item.relative, item);
+            listing.items.push_back(std::move(item));
         }
     }
 }
@@ -38,11 +61,29 @@ constexpr std::size_t kEntryBytes = 320;
 // A path stands there twice, in UTF-8 and with its backslashes doubled.
 constexpr std::size_t kPathBytesPerUnit = 8;
 
-bool isTaken(const ListedItem& item) {
-    if (item.type == EntryType::link || !CanBeRecorded(item.relative)) return false;
-    const std::size_t slash = item.relative.rfind(L'\\');
-    const std::wstring_view name = std::wstring_view(item.relative).substr(slash + 1);
-    return item.type == EntryType::folder || !IsUserWork(name);
+// A file that stays whatever the manifest has room for; `plan` learns why.
+bool isLeft(const ListedItem& item, const std::wstring& path, FileTicks utcNow, CleanupPlan& plan) {
+    const bool isDrawing =
+        IsDrawingName(nameOf(item.relative)) || item.beginning == Beginning::drawing;
+    if (isDrawing) plan.drawings.push_back(path);
+    if (isDrawing || IsUserWork(nameOf(item.relative))) return true;
+    if (item.location->kind != CacheKind::temporaryFile) return false;
+    const bool isRecent = item.stamp.modified + kRecentTime > utcNow;
+    plan.recent += isRecent ? 1 : 0;
+    const bool isUnreadable = !isRecent && item.beginning == Beginning::unreadable;
+    plan.unreadable += isUnreadable ? 1 : 0;
+    return isRecent || isUnreadable;
+}
+
+void addFile(CleanupPlan& plan, const ListedItem& item, const std::wstring& root) {
+    const CleanupLocation& location = *item.location;
+    FilesTotal& total = plan.totals[static_cast<std::size_t>(location.kind)];
+    ++total.files;
+    total.bytes += item.stamp.size;
+    const std::wstring below = FolderOf(location, item.relative);
+    std::wstring folder = below.empty() ? root : root + L"\\" + below;
+    auto& folders = plan.folders[static_cast<std::size_t>(location.kind)];
+    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(std::move(folder));
 }
 
 }  // namespace
@@ -61,48 +102,48 @@ bool CanBeRecorded(std::wstring_view relative) {
     return wideFromUtf8(utf8FromWide(relative)) == relative;
 }
 
-CleanupListing ListCleanupItems(FileSystem& files, const CleanupRoots& roots) {
+CleanupListing ListCleanupItems(FileSystem& files, const CleanupRoots& roots,
+                                bool isPhotoPaintRunning) {
     CleanupListing listing;
     for (const CleanupLocation& location : kCleanupLocations) {
         const std::wstring& root = rootOf(roots, location);
-        if (!root.empty()) listLocation(files, root, location, listing);
+        if (root.empty() || (location.isPhotoPaints && isPhotoPaintRunning)) continue;
+        listLocation(files, root, location, listing);
     }
     return listing;
 }
 
-KindTotal CleanupPlan::total() const {
-    KindTotal sum;
-    for (const KindTotal& kind : totals) {
+FilesTotal CleanupPlan::total() const {
+    FilesTotal sum;
+    for (const FilesTotal& kind : totals) {
         sum.files += kind.files;
         sum.bytes += kind.bytes;
     }
     return sum;
 }
 
-CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots,
+CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots, FileTicks utcNow,
                         std::size_t manifestBytes) {
     CleanupPlan plan;
     std::set<std::wstring> seen;
     std::size_t room = manifestBytes - std::min(manifestBytes, kFrameBytes);
     for (const ListedItem& item : listing.items) {
-        if (!isTaken(item)) continue;
+        if (item.type == EntryType::link || !CanBeRecorded(item.relative)) continue;
         const CleanupLocation& location = *item.location;
-        const auto rootIndex = static_cast<std::size_t>(location.root);
-        std::wstring path = roots[rootIndex] + L"\\" + item.relative;
+        const std::wstring& root = rootOf(roots, location);
+        std::wstring path = root + L"\\" + item.relative;
         if (!seen.insert(lowered(path)).second) continue;
-        // The path stands there twice, in UTF-8 and with its backslashes doubled.
-        const std::size_t needed = kEntryBytes + kPathBytesPerUnit * path.size();
-        if (needed > room) break;
-        room -= needed;
         const bool isFolder = item.type == EntryType::folder;
-        if (!isFolder) {
-            KindTotal& total = plan.totals[static_cast<std::size_t>(location.kind)];
-            ++total.files;
-            total.bytes += item.stamp.size;
-        }
-        plan.items.push_back({location.kind, isFolder, std::move(path),
-                              std::wstring(kCleanupRootNames[rootIndex]) + L"\\" + item.relative,
-                              item.stamp});
+        if (!isFolder && isLeft(item, path, utcNow, plan)) continue;
+        // Those that stay are told in full, also where no more can be taken.
+        const std::size_t needed = kEntryBytes + kPathBytesPerUnit * path.size();
+        if (needed > room) continue;
+        room -= needed;
+        if (!isFolder) addFile(plan, item, root);
+        std::wstring backupPath(kCleanupRootNames[static_cast<std::size_t>(location.root)]);
+        backupPath += L"\\" + item.relative;
+        plan.items.push_back(
+            {location.kind, isFolder, std::move(path), std::move(backupPath), item.stamp});
     }
     // A folder's path is longer than that of the folder around it.
     std::ranges::stable_sort(plan.items, [](const PlannedItem& left, const PlannedItem& right) {
@@ -110,26 +151,4 @@ CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots
         return left.isFolder && left.path.size() > right.path.size();
     });
     return plan;
-}
-
-std::wstring CleanupQuestion(const CleanupPlan& plan, const std::wstring& backupFolder,
-                             bool isCorelRunning) {
-    const KindTotal total = plan.total();
-    std::wstring text = L"Move " + fileCountText(total.files) + L" (" + sizeText(total.bytes) +
-                        L") of CorelDRAW into a backup folder?\n\n";
-    for (std::size_t kind = 0; kind < kCacheKindCount; ++kind) {
-        const KindTotal& part = plan.totals[kind];
-        if (part.files == 0) continue;
-        text += L"  " + std::wstring(kCacheKindNames[kind].title) + L": " +
-                fileCountText(part.files) + L", " + sizeText(part.bytes) + L"\n";
-    }
-    text += L"\nBackup folder: " + backupFolder +
-            L"\nDocuments, workspaces, macros, palettes and styles stay where they are. 'Restore' "
-            L"brings everything back.\n";
-    if (isCorelRunning) {
-        text +=
-            L"\nCorelDRAW is running: files that it has in use are skipped. It is better to "
-            L"close it first.\n";
-    }
-    return text + L"\nContinue?";
 }

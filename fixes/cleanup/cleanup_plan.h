@@ -9,25 +9,28 @@
 #include "base/files/file_system.h"
 #include "fixes/cleanup/cleanup_locations.h"
 
+/// What the first bytes of a file say; only temporary files are looked into.
+enum class Beginning : std::uint8_t { notLookedAt, unreadable, drawing, other };
+
 struct ListedItem {
     const CleanupLocation* location = nullptr;
     std::wstring relative;  // from the location's root
     EntryType type = EntryType::file;
     FileStamp stamp;
+    Beginning beginning = Beginning::notLookedAt;
 };
 
 struct CleanupListing {
     std::vector<ListedItem> items;
     /// Folders of the table that could not be read, with the reason.
-    struct Unreadable {
-        std::wstring path;
-        FileResult reason;
-    };
-    std::vector<Unreadable> unreadable;
+    std::vector<FileFailure> unreadable;
+    /// Folders shared by all users that Windows keeps closed.
+    std::uint64_t closed = 0;
 };
 
 /// Walks the table's locations and nothing else. A link is listed and not entered.
-CleanupListing ListCleanupItems(FileSystem& files, const CleanupRoots& roots);
+CleanupListing ListCleanupItems(FileSystem& files, const CleanupRoots& roots,
+                                bool isPhotoPaintRunning);
 
 struct PlannedItem {
     CacheKind kind = CacheKind::crashReport;
@@ -37,18 +40,21 @@ struct PlannedItem {
     FileStamp stamp;
 };
 
-struct KindTotal {
-    std::uint64_t files = 0;
-    std::uint64_t bytes = 0;
-};
-
 struct CleanupPlan {
     /// Files in the order of the table, then the folders that may be removed once they are empty,
     /// inner ones first.
     std::vector<PlannedItem> items;
-    std::array<KindTotal, kCacheKindCount> totals;
+    std::array<FilesTotal, kCacheKindCount> totals;
+    /// The folders that the files come from, each once.
+    std::array<std::vector<std::wstring>, kCacheKindCount> folders;
 
-    [[nodiscard]] KindTotal total() const;
+    /// What looks like a document, left in place: after a crash it can be the last copy of it.
+    std::vector<std::wstring> drawings;
+    /// Temporary files that stay, since somebody may be at work with them.
+    std::uint64_t recent = 0;
+    std::uint64_t unreadable = 0;
+
+    [[nodiscard]] FilesTotal total() const;
 };
 
 /// A manifest beyond this size is neither made nor read; it holds some hundred thousand files.
@@ -58,12 +64,11 @@ inline constexpr std::size_t kLargestManifest = 64 << 20;
 /// and that people can put back by hand.
 bool CanBeRecorded(std::wstring_view relative);
 
-/// Leaves out links, people's own work, what cannot be recorded, and what a row before has taken
-/// already. The manifest of a plan has at most `manifestBytes`; what is beyond waits for the next
-/// cleanup.
-CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots,
-                        std::size_t manifestBytes = kLargestManifest);
+/// Temporary files stay for this long after they were written.
+inline constexpr FileTicks kRecentTime = 24 * 3600 * kTicksPerSecond;
 
-/// The question before the plan is carried out.
-std::wstring CleanupQuestion(const CleanupPlan& plan, const std::wstring& backupFolder,
-                             bool isCorelRunning);
+/// Leaves out links, people's own work, temporary files that are drawings or recent, what cannot be
+/// recorded, and what a row before has taken already. The manifest of a plan has at most
+/// `manifestBytes`; what is beyond waits for the next cleanup.
+CleanupPlan PlanCleanup(const CleanupListing& listing, const CleanupRoots& roots, FileTicks utcNow,
+                        std::size_t manifestBytes = kLargestManifest);

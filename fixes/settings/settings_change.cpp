@@ -4,7 +4,6 @@
 #include <set>
 
 #include "base/text.h"
-#include "fixes/cleanup/backup_folders.h"
 #include "fixes/settings/registry_export.h"
 
 namespace {
@@ -30,7 +29,7 @@ std::set<std::wstring> exportRoots(const std::vector<SettingChange>& changes) {
 }
 
 bool stopForCorel(const ActionHost& host, const SettingsContext& context) {
-    if (!context.backup.isCorelRunning()) return false;
+    if (!context.backup.running().coreldraw) return false;
     host.appendLog(kPrefix +
                    L"[WARN] CorelDRAW is running and writes its settings back when it closes. "
                    L"Close it first; nothing was changed.");
@@ -63,17 +62,16 @@ std::wstring question(const std::vector<SettingChange>& changes, const std::wstr
 }
 
 std::wstring outcomeText(const SettingChange& change, ChangeOutcome outcome) {
-    const std::wstring where = L" (" + change.key + L", " + change.before.name + L")";
     switch (outcome) {
         case ChangeOutcome::changed:
             return ChangeText(change);
         case ChangeOutcome::changedMeanwhile:
             return L"[WARN] " + ChangeText(change) +
-                   L": the value has changed meanwhile, left alone" + where;
+                   L": the value has changed meanwhile, left alone";
         case ChangeOutcome::refused:
-            return L"Failed: " + ChangeText(change) + L", Windows refused it" + where;
+            return L"Failed: " + ChangeText(change) + L", Windows refused it";
         case ChangeOutcome::notKept:
-            return L"Failed: " + ChangeText(change) + L", the value did not stay" + where;
+            return L"Failed: " + ChangeText(change) + L", the value did not stay";
     }
     return L"";
 }
@@ -94,7 +92,7 @@ void applyAll(const ActionHost& host, const SettingsContext& context,
 
 void askAndApply(const ActionHost& host, const SettingsContext& context,
                  const std::vector<SettingChange>& changes) {
-    const std::wstring file = NewBackupFolder(context.backup.files, context.backup.toolFolder,
+    const std::wstring file = NewBackupFolder(context.backup.files, context.backup.homes,
                                               kSettingsBackup, context.backup.now().local) +
                               L"\\settings.reg";
     if (!host.confirm(question(changes, file), L"Confirm Settings Optimization",
@@ -126,10 +124,11 @@ std::wstring ExportKeys(const SettingsContext& context, const std::vector<Settin
     }
     const auto text = WriteRegistryExport(keys);
     if (!text) return L"a key has a name that no file can hold";
-    FileResult result = CreateBackupFolder(files, context.backup.toolFolder, parentFolder(file));
+    FileResult result = CreateBackupFolder(files, context.backup.homes, parentFolder(file));
     if (!result.isDone()) return reasonText(result);
     result = files.writeNew(file, *text);
-    if (result.isDone() && files.read(file, text->size()) == text) return L"";
+    // One byte more than was written would show, too.
+    if (result.isDone() && files.read(file, text->size() + 1) == text) return L"";
     files.remove(file, nullptr);
     files.removeFolder(parentFolder(file));
     return result.isDone() ? L"the file does not hold what was written" : reasonText(result);
@@ -145,9 +144,9 @@ ChangeOutcome ApplyChange(Registry& registry, const SettingChange& change) {
     return now != nullptr && *now == change.after ? ChangeOutcome::changed : ChangeOutcome::notKept;
 }
 
-void OnOptimizeSettings(const ActionHost& host, const SettingsContext& context) {
+void OptimizeSettings(const ActionHost& host, const SettingsContext& context) {
     if (stopForCorel(host, context)) return;
-    if (context.backup.toolFolder.empty()) {
+    if (context.backup.homes.local.empty()) {
         host.appendLog(kPrefix + L"Failed: the folder for application data cannot be found.");
         return;
     }

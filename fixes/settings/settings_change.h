@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "base/action_host.h"
-#include "fixes/cleanup/cleanup.h"
+#include "fixes/cleanup/backup_context.h"
 #include "fixes/settings/settings_plan.h"
 
 struct SettingsContext {
     Registry& registry;
-    /// For the export: its files, the tool folder, the clock and whether CorelDRAW runs.
+    /// For the export: its files, its place, the clock and whether CorelDRAW runs.
     BackupContext backup;
     /// The key of all versions, below HKEY_CURRENT_USER.
     std::wstring corelKey = LR"(Software\Corel\CorelDRAW)";
@@ -28,4 +28,5 @@ enum class ChangeOutcome { changed, changedMeanwhile, refused, notKept };
 /// Changes one value that still is what the plan saw, and reads it back.
 ChangeOutcome ApplyChange(Registry& registry, const SettingChange& change);
 
-void OnOptimizeSettings(const ActionHost& host, const SettingsContext& context);
+/// Looks, asks, and does all that.
+void OptimizeSettings(const ActionHost& host, const SettingsContext& context);

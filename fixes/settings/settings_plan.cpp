@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "base/text.h"
-#include "base/wildcard.h"
 
 namespace {
 
@@ -12,44 +11,42 @@ constexpr std::wstring_view kPreferences = L"Application Preferences";
 // The program's key below the version: "CorelDRAW" in version 13, "Draw" since.
 constexpr std::wstring_view kPrograms[] = {L"Draw", L"CorelDRAW"};
 
-enum class Target { leave, thirty, off, on };
+enum class Target : std::uint8_t { thirty, off, on };
 
-struct SettingPattern {
+struct SettingName {
     CorelSetting setting;
-    std::wstring_view group;  // the path below "Application Preferences"
-    std::wstring_view name;   // without blanks, underscores, hyphens and apostrophes
     Target target;
+    std::wstring_view name;  // without blanks, underscores, hyphens and apostrophes
 };
 
-// The first row that fits decides. Undo levels must be a number, the welcome screen a flag; a value
-// that is neither is another setting that happens to have such a name. Nothing is known about the
-// groups, so every group is searched.
-constexpr SettingPattern kSettingPatterns[] = {
-    // Bitmap effects have undo levels of their own, which are few.
-    {CorelSetting::undoLevels, L"*", L"*bitmap*", Target::leave},
-    {CorelSetting::undoLevels, L"*", L"*effect*", Target::leave},
-    {CorelSetting::undoLevels, L"*", L"undo", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"*undolevel*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"*levelsofundo*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"*regularundo*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"*undoregular*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"maxundo*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"undomax*", Target::thirty},
-    {CorelSetting::undoLevels, L"*", L"undodepth", Target::thirty},
-    {CorelSetting::welcomeScreen, L"*", L"*hide*welcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"*skip*welcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"*disable*welcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"*dont*welcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"*donot*welcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"nowelcome*", Target::on},
-    {CorelSetting::welcomeScreen, L"*", L"*show*welcome*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*display*welcome*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*welcome*show*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*welcome*startup*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*startup*welcome*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*welcome*enable*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"*enable*welcome*", Target::off},
-    {CorelSetting::welcomeScreen, L"*", L"welcomescreen", Target::off},
+// Whole names only: settings of undo's memory, of its docker and of bitmap effects, which have undo
+// levels of their own, are called much alike. Undo levels must be a number, the welcome screen a
+// flag; a value that is neither is another setting that happens to have such a name. Nothing is
+// known about the keys below the preferences, so all of them are searched.
+constexpr SettingName kSettingNames[] = {
+    {CorelSetting::undoLevels, Target::thirty, L"undolevel"},
+    {CorelSetting::undoLevels, Target::thirty, L"undolevels"},
+    {CorelSetting::undoLevels, Target::thirty, L"levelsofundo"},
+    {CorelSetting::undoLevels, Target::thirty, L"regularundolevels"},
+    {CorelSetting::undoLevels, Target::thirty, L"undolevelsregular"},
+    {CorelSetting::undoLevels, Target::thirty, L"maxundolevels"},
+    {CorelSetting::undoLevels, Target::thirty, L"numundolevels"},
+    {CorelSetting::undoLevels, Target::thirty, L"numberofundolevels"},
+    {CorelSetting::welcomeScreen, Target::on, L"hidewelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::on, L"skipwelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::on, L"disablewelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::on, L"dontshowwelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::on, L"donotshowwelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::on, L"nowelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::off, L"welcomescreen"},
+    {CorelSetting::welcomeScreen, Target::off, L"showwelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::off, L"showwelcomescreenatstartup"},
+    {CorelSetting::welcomeScreen, Target::off, L"showwelcomescreenonstartup"},
+    {CorelSetting::welcomeScreen, Target::off, L"displaywelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::off, L"enablewelcomescreen"},
+    {CorelSetting::welcomeScreen, Target::off, L"welcomescreenenabled"},
+    {CorelSetting::welcomeScreen, Target::off, L"welcomescreenatstartup"},
+    {CorelSetting::welcomeScreen, Target::off, L"welcomescreenonstartup"},
 };
 
 struct FlagWords {
@@ -112,8 +109,6 @@ std::optional<RegistryValue> withFlag(const RegistryValue& value, bool flag) {
 // The value as it should be; nothing when it is not of the kind that the setting has.
 std::optional<RegistryValue> optimised(const RegistryValue& value, Target target) {
     switch (target) {
-        case Target::leave:
-            return std::nullopt;
         case Target::thirty:
             return withNumber(value, 30);
         case Target::off:
@@ -125,22 +120,16 @@ std::optional<RegistryValue> optimised(const RegistryValue& value, Target target
 }
 
 void judgeValue(const RegistryKeyRecord& key, const RegistryValue& value, VersionPlan& plan) {
-    const std::size_t start = key.path.find(kPreferences) + kPreferences.size();
-    const std::wstring_view group =
-        std::wstring_view(key.path).substr(std::min(start + 1, key.path.size()));
     const std::wstring name = simplified(value.name);
-    for (std::size_t setting = 0; setting < kCorelSettingCount; ++setting) {
-        const auto row = std::ranges::find_if(kSettingPatterns, [&](const SettingPattern& pattern) {
-            return static_cast<std::size_t>(pattern.setting) == setting &&
-                   matchesPattern(group, pattern.group) && matchesPattern(name, pattern.name);
-        });
-        if (row == std::end(kSettingPatterns)) continue;
-        auto after = optimised(value, row->target);
-        if (!after) continue;
-        ++plan.found[setting];
-        if (*after == value) continue;
-        plan.changes.push_back({row->setting, plan.version, key.path, value, std::move(*after)});
-    }
+    const auto row = std::ranges::find_if(kSettingNames, [&](const SettingName& known) {
+        return equalsIgnoringCase(name, known.name);
+    });
+    if (row == std::end(kSettingNames)) return;
+    auto after = optimised(value, row->target);
+    if (!after) return;
+    ++plan.found[static_cast<std::size_t>(row->setting)];
+    if (*after == value) return;
+    plan.changes.push_back({row->setting, plan.version, key.path, value, std::move(*after)});
 }
 
 // The number in "24.0"; nothing when the key is not a version's.
@@ -207,5 +196,6 @@ std::wstring ValueText(const RegistryValue& value) {
 std::wstring ChangeText(const SettingChange& change) {
     return L"CorelDRAW " + change.version + L": " +
            kCorelSettingNames[static_cast<std::size_t>(change.setting)] + L" " +
-           ValueText(change.before) + L" -> " + ValueText(change.after);
+           ValueText(change.before) + L" -> " + ValueText(change.after) + L" (HKEY_CURRENT_USER\\" +
+           change.key + L", " + change.before.name + L")";
 }

@@ -48,5 +48,5 @@ std::vector<VersionPlan> PlanSettings(const std::vector<CorelVersion>& versions)
 /// What a value shows: its text or its number.
 std::wstring ValueText(const RegistryValue& value);
 
-/// "CorelDRAW 24.0: undo levels 99 -> 30".
+/// "CorelDRAW 24.0: undo levels 99 -> 30 (HKEY_CURRENT_USER\...\General, UndoLevels)".
 std::wstring ChangeText(const SettingChange& change);

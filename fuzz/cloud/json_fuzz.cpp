@@ -5,8 +5,8 @@
 #include <string>
 
 #include "cloud/json/json.h"
+#include "fuzz/cloud/json_text.h"
 #include "fuzz/require.h"
-#include "tests/cloud/json_text.h"
 
 #if __has_include(<nlohmann/json.hpp>)
 #include <nlohmann/json.hpp>

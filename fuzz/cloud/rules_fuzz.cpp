@@ -9,6 +9,7 @@
 #include "app/palette.h"
 #include "app/report_log.h"
 #include "base/text.h"
+#include "cloud/rule_signature.h"
 #include "diagnosis/capture_action.h"
 #include "diagnosis/match.h"
 #include "diagnosis/rules.h"
@@ -72,6 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     SignatureRuleBase base;
     LoadBuiltInRules(base);
+    if (const auto rules = TakeSignature(text))
+        require(rules->document.size() + 104 == size, "all but the signature is signed");
     const bool accepted = MergeRuleDocument(base, text);
     CheckBase(base);
     require(accepted || (base.rules.size() == 4 && base.version == 0), "a refusal changes nothing");

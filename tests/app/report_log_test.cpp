@@ -28,6 +28,15 @@ RectDip panelFor(int lineCount) {
 
 }  // namespace
 
+TEST(ReportLog, WhatComesFromOutsideStaysInItsLine) {
+    ReportLog log;
+    appendLine(log, L"Stuck\r\n===== Diagnosis =====\x0B\x1B[\x7F\x85\u2028[OK]\u2029\t.");
+    appendLine(log, L"\u202Egpc.\u202C \u2066a\u2069\u200E\u200F\u061C \u00A0\u4E2D\u00E9");
+    EXPECT_EQ(log.lines[0], L"Stuck  ===== Diagnosis =====  [   [OK]  .");
+    EXPECT_EQ(log.lines[1], L"gpc. a \u00A0\u4E2D\u00E9");
+    EXPECT_EQ(joinedLines(log, {0, 0}).find(L'\n'), log.lines[0].size() + 1);
+}
+
 TEST(ReportLog, MovesTheSelectionWithItsLinesWhenTheOldestLeaves) {
     const struct {
         int anchor, end, anchorAfter, endAfter;

@@ -8,27 +8,21 @@ struct CountingTraits {
     using Type = int;
     static inline int closed = 0;
     static int invalid() { return -1; }
-    static void close(int) {
-        ++closed;
-        SetLastError(ERROR_GEN_FAILURE);
-    }
+    static void close(int) { SetLastError(static_cast<DWORD>(++closed)); }
 };
 
 }  // namespace
 
 TEST(UniqueHandle, ClosesOnceAndKeepsTheLastError) {
-    CountingTraits::closed = 0;
     SetLastError(ERROR_ACCESS_DENIED);
     {
-        UniqueHandle<CountingTraits> first(0);
-        UniqueHandle<CountingTraits> second(std::move(first));
+        UniqueHandle<CountingTraits> first(0), second(std::move(first));
         EXPECT_FALSE(first);
         second = UniqueHandle<CountingTraits>(7);
         EXPECT_EQ(CountingTraits::closed, 1);
-        EXPECT_EQ(second.release(), 7);
         EXPECT_EQ(*second.receive(), -1);
         *second.receive() = 8;
     }
-    EXPECT_EQ(CountingTraits::closed, 2);
+    EXPECT_EQ(CountingTraits::closed, 3);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "cdr/instances_win.h"
+#include "diagnosis/evidence_sensors_win.h"
 
 namespace {
 
@@ -88,6 +89,16 @@ bool PracticeProcess::await(const wchar_t* event) const {
     return WaitForSingleObject(OpenSignal(name_, event).get(), kLimitMs) == WAIT_OBJECT_0;
 }
 
+int PracticeProcess::heldThreads() const {
+    int held = 0;
+    for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
+        const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, id));
+        if (SuspendThread(thread.get()) != 0) ++held;
+        ResumeThread(thread.get());
+    }
+    return held;
+}
+
 bool PracticeProcess::end() {
     if (!process_) return true;
     const KernelHandle process = std::move(process_);
@@ -106,4 +117,11 @@ void Forbid(HANDLE processOrThread) {
                 InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
                 SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE) &&
                 SetKernelObjectSecurity(processOrThread, DACL_SECURITY_INFORMATION, &descriptor));
+}
+
+DWORD SuspendCount(DWORD threadId) {
+    const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, threadId));
+    const DWORD count = SuspendThread(thread.get());
+    ResumeThread(thread.get());
+    return count;
 }

@@ -36,6 +36,9 @@ class PracticeProcess {
     void signal(const wchar_t* event) const;
     [[nodiscard]] bool await(const wchar_t* event) const;
 
+    /// How many of its threads somebody holds suspended.
+    [[nodiscard]] int heldThreads() const;
+
     /// Ends the program and keeps no handle to it. False when it had to be terminated.
     bool end();
 
@@ -49,3 +52,6 @@ class PracticeProcess {
 
 /// From now on nobody gets a new handle to the process or thread, as security software has it.
 void Forbid(HANDLE processOrThread);
+
+/// How often the thread is held suspended.
+DWORD SuspendCount(DWORD threadId);

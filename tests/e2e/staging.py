@@ -69,6 +69,10 @@ class Spooler:
             self._wine.delete_registry(DEFAULT, "Device")
 
 
+def backups_folder(wine):
+    return wine.tool_folder.parents[1] / "Local" / "Mirelo" / "backups"
+
+
 def chunk(name, data):
     return name + struct.pack("<I", len(data)) + data + b"\0" * (len(data) % 2)
 
@@ -112,7 +116,7 @@ def caches_of_coreldraw(wine):
     finally:
         for path in contents:
             path.unlink(missing_ok=True)
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)
 
 
 @contextlib.contextmanager
@@ -129,4 +133,4 @@ def settings_of_coreldraw(wine):
         yield read
     finally:
         wine.delete_registry(r"HKCU\Software\Corel")
-        shutil.rmtree(wine.tool_folder / "backups", ignore_errors=True)
+        shutil.rmtree(backups_folder(wine), ignore_errors=True)

@@ -3,7 +3,7 @@
 import os
 
 from driver import CLEANUP, CLEAR, PRINTER, RESTORE, SCAN, SETTINGS, wait_for, windows_path
-from staging import FONTS, QUOTA, VIRTUAL, import_registry
+from staging import FONTS, QUOTA, VIRTUAL, backups_folder, import_registry
 
 
 def scan(app):
@@ -133,5 +133,5 @@ def test_settings_are_exported_before_they_change(fix_page, wine, practice, sett
     assert settings() == {"UndoLevels": "30", "ShowWelcomeScreen": "0x0"}
     app.click(SETTINGS)
     app.wait_for_report("[Settings] [OK] What was found is optimal already, nothing was changed.")
-    wine.run("reg", "import", windows_path(next(wine.tool_folder.rglob("settings.reg"))))
+    wine.run("reg", "import", windows_path(next(backups_folder(wine).rglob("settings.reg"))))
     assert settings() == before == {"UndoLevels": "150", "ShowWelcomeScreen": "0x1"}

@@ -32,7 +32,8 @@ class Imitation<Result(Arguments...)> {
   public:
     using Function = Result(Arguments...);
 
-    Imitation(const char* library, const char* name) : library_(library), name_(name) {}
+    /// Ready before the first constructor runs: the runtime's own start is imitated too.
+    constexpr Imitation(const char* library, const char* name) : library_(library), name_(name) {}
 
     /// What Windows does.
     Result real(Arguments... arguments) {
@@ -47,10 +48,10 @@ class Imitation<Result(Arguments...)> {
     }
 
     Result call(Arguments... arguments) {
-        return instead ? instead(arguments...) : real(arguments...);
+        return instead != nullptr ? (*instead)(arguments...) : real(arguments...);
     }
 
-    std::function<Function> instead;
+    const std::function<Function>* instead = nullptr;
 
   private:
     const char* library_;
@@ -66,29 +67,35 @@ struct Entry<imitation, Result(Arguments...)> {
     static Result call(Arguments... arguments) { return imitation.call(arguments...); }
 };
 
-/// Puts a function in Windows' place for as long as it lives.
+/// Puts a function in Windows' place for as long as it lives; one staged inside another comes
+/// first.
 template <typename Function>
 class Staged {
   public:
     template <typename Instead>
-    Staged(Imitation<Function>& imitation, Instead instead) : imitation_(imitation) {
-        imitation_.instead = std::move(instead);
+    Staged(Imitation<Function>& imitation, Instead instead)
+        : imitation_(imitation), before_(imitation.instead), instead_(std::move(instead)) {
+        imitation_.instead = &instead_;
     }
     Staged(const Staged&) = delete;
     Staged& operator=(const Staged&) = delete;
-    ~Staged() { imitation_.instead = nullptr; }
+    ~Staged() { imitation_.instead = before_; }
 
   private:
     Imitation<Function>& imitation_;
+    const std::function<Function>* const before_;
+    const std::function<Function> instead_;
 };
 template <typename Function, typename Instead>
 Staged(Imitation<Function>&, Instead) -> Staged<Function>;
 
+// Some of the compiler's headers call not through the import but through the import library's stub,
+// so the stub is there too.
 #define IMITATE(library, name)                                                         \
-    static Imitation<decltype(::name)> name##Imitation(library, #name);                \
+    static constinit Imitation<decltype(::name)> name##Imitation(library, #name);      \
     extern "C" {                                                                       \
     extern const void* const __imp_##name;                                             \
     const void* const __imp_##name =                                                   \
         reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
     }                                                                                  \
-    static_assert(true)
+    asm(".text\n.globl " #name "\n" #name ": jmp *__imp_" #name "(%rip)")

@@ -4,49 +4,20 @@
 
 #include "base/text.h"
 
-namespace {
-
-FileStamp stampOf(const FakeFileSystem::Node& node) {
-    return {node.contents.size(), node.created, node.modified, node.attributes};
-}
-
-bool isBelow(const std::wstring& path, const std::wstring& folder) {
-    return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == L'\\';
-}
-
-}  // namespace
-
 FakeFileSystem::FakeFileSystem() {
     for (const wchar_t* drive : {L"C:", L"D:"})
-        nodes_[lowered(drive)] = {.path = drive, .type = EntryType::folder, .contents = {}};
-}
-
-FakeFileSystem::Node& FakeFileSystem::place(const std::wstring& path, Node node) {
-    node.path = path;
-    return nodes_[lowered(path)] = std::move(node);
-}
-
-FakeFileSystem::Node& FakeFileSystem::addFolder(const std::wstring& path) {
-    if (Node* node = find(path)) return *node;
-    addFolder(parentFolder(path));
-    clock_ += 1'234'567;
-    return place(path, {.path = path,
-                        .type = EntryType::folder,
-                        .contents = {},
-                        .created = clock_,
-                        .modified = clock_ + 7});
+        addFolder(drive);
 }
 
 FakeFileSystem::Node& FakeFileSystem::add(const std::wstring& path, std::string contents,
                                           EntryType type) {
-    addFolder(parentFolder(path));
+    const std::wstring parent = parentFolder(path);
+    if (!parent.empty() && find(parent) == nullptr) addFolder(parent);
     clock_ += 7'654'321;
-    return place(path, {.path = path,
-                        .type = type,
-                        .contents = std::move(contents),
-                        .created = clock_,
-                        .modified = clock_ + 99,
-                        .attributes = 0x20});
+    Node node{path,   type,        std::move(contents),
+              clock_, clock_ + 99, type == EntryType::file ? 0x20U : 0U};
+    if (type == EntryType::folder && find(path) != nullptr) return *find(path);
+    return nodes_[lowered(path)] = std::move(node);
 }
 
 FakeFileSystem::Node* FakeFileSystem::find(const std::wstring& path) {
@@ -54,10 +25,10 @@ FakeFileSystem::Node* FakeFileSystem::find(const std::wstring& path) {
     return found == nodes_.end() ? nullptr : &found->second;
 }
 
-std::map<std::wstring, FakeFileSystem::Node> FakeFileSystem::snapshot(const std::wstring& folder) {
-    std::map<std::wstring, Node> seen;
+FakeFileSystem::Snapshot FakeFileSystem::snapshot(const std::wstring& folder) {
+    Snapshot seen;
     for (const auto& [key, node] : nodes_)
-        if (isBelow(node.path, folder)) seen[node.path] = node;
+        if (node.path.starts_with(folder + L"\\")) seen[node.path] = node;
     return seen;
 }
 
@@ -72,12 +43,16 @@ void FakeFileSystem::touchParent(const std::wstring& path) {
 // The node that a call means, when no link stands on the way and nobody has it open.
 FileResult FakeFileSystem::access(const std::wstring& path, const FileStamp* expected,
                                   Node*& node) {
-    for (std::wstring above = parentFolder(path); !above.empty(); above = parentFolder(above)) {
-        const Node* folder = find(above);
-        if (folder != nullptr && folder->type == EntryType::link) return {FileOutcome::link};
+    const std::wstring key = lowered(path);
+    for (std::size_t end = key.rfind(L'\\'); end != std::wstring::npos;
+         end = key.rfind(L'\\', end - 1)) {
+        const auto above = nodes_.find(key.substr(0, end));
+        if (above != nodes_.end() && above->second.type == EntryType::link)
+            return {FileOutcome::link};
     }
-    node = find(path);
-    if (node == nullptr) return {FileOutcome::missing};
+    const auto found = nodes_.find(key);
+    if (found == nodes_.end()) return {FileOutcome::missing};
+    node = &found->second;
     if (node->type == EntryType::link) return {FileOutcome::link};
     if (node->isInUse) return {FileOutcome::inUse};
     const bool isExpected = expected == nullptr || (expected->size == node->contents.size() &&
@@ -86,44 +61,37 @@ FileResult FakeFileSystem::access(const std::wstring& path, const FileStamp* exp
 }
 
 // Whether something new of that name can be made.
-FileResult FakeFileSystem::makeEntry(const std::wstring& path) {
+FileResult FakeFileSystem::makeRoom(const std::wstring& path) {
     Node* node = nullptr;
     const FileResult result = access(path, nullptr, node);
     if (result.outcome != FileOutcome::missing)
         return {node == nullptr ? result.outcome : FileOutcome::exists};
-    const Node* parent = find(parentFolder(path));
-    return {parent == nullptr ? FileOutcome::missing : FileOutcome::done};
+    return {find(parentFolder(path)) == nullptr ? FileOutcome::missing : FileOutcome::done};
 }
 
 FolderListing FakeFileSystem::list(const std::wstring& folder) {
     FolderListing listing;
     Node* node = nullptr;
     listing.result = access(folder, nullptr, node);
-    if (!listing.result.isDone()) return listing;
     const std::wstring below = lowered(folder) + L"\\";
-    for (auto i = nodes_.lower_bound(below); i != nodes_.end() && i->first.starts_with(below);
-         ++i) {
-        const Node& child = i->second;
-        std::wstring name = child.path.substr(below.size());
+    for (auto i = nodes_.lower_bound(below);
+         listing.result.isDone() && i != nodes_.end() && i->first.starts_with(below); ++i) {
+        std::wstring name = i->second.path.substr(below.size());
         if (name.find(L'\\') == std::wstring::npos)
-            listing.entries.push_back({std::move(name), child.type, stampOf(child)});
+            listing.entries.push_back({std::move(name), i->second.type, i->second.stamp()});
     }
     return listing;
 }
 
 Inspection FakeFileSystem::inspect(const std::wstring& path) {
     Node* node = nullptr;
-    Inspection seen;
-    seen.result = access(path, nullptr, node);
-    if (node == nullptr) return seen;
-    seen.result = {};
-    seen.type = node->type;
-    seen.stamp = stampOf(*node);
-    return seen;
+    const FileResult result = access(path, nullptr, node);
+    if (node == nullptr) return {result, {}, {}};
+    return {{}, node->type, node->stamp()};
 }
 
 FileResult FakeFileSystem::createFolder(const std::wstring& folder) {
-    const FileResult result = makeEntry(folder);
+    const FileResult result = makeRoom(folder);
     if (!result.isDone()) return result;
     step();
     addFolder(folder);
@@ -144,49 +112,39 @@ FileResult FakeFileSystem::removeFolder(const std::wstring& folder) {
 }
 
 FileResult FakeFileSystem::writeNew(const std::wstring& path, std::string_view bytes) {
-    const FileResult result = makeEntry(path);
+    const FileResult result = makeRoom(path);
     if (!result.isDone()) return result;
     const std::wstring unfinished = path + std::wstring(kUnfinishedSuffix);
     step();
     add(unfinished, std::string(bytes.substr(0, bytes.size() / 2)));
-    if (path[0] == L'D' && bytes.size() > freeOnD) {
-        nodes_.erase(lowered(unfinished));
-        return {FileOutcome::diskFull, 112};
-    }
-    step();
+    const bool isFull = path[0] == L'D' && bytes.size() > freeOnD;
+    if (!isFull) step();
     nodes_.erase(lowered(unfinished));
-    add(path, std::string(bytes));
-    return {};
-}
-
-FileResult FakeFileSystem::overwriteByte(const std::wstring& path, std::uint64_t offset,
-                                         char byte) {
-    Node* node = nullptr;
-    const FileResult result = access(path, nullptr, node);
-    if (!result.isDone()) return result;
-    step();
-    node->contents.at(offset) = byte;
+    if (isFull) return {FileOutcome::diskFull, 112};
+    Node& node = add(path, std::string(bytes));
+    if (spoilsWriting) node.contents.back() ^= 1;
     return {};
 }
 
 std::optional<std::string> FakeFileSystem::read(const std::wstring& path, std::uint64_t limit) {
     Node* node = nullptr;
-    if (!access(path, nullptr, node).isDone() || node->contents.size() > limit) return std::nullopt;
-    return node->contents;
+    if (!access(path, nullptr, node).isDone()) return std::nullopt;
+    return node->contents.substr(0, static_cast<std::size_t>(limit));
 }
 
 FileResult FakeFileSystem::rename(const std::wstring& from, const std::wstring& to,
                                   const FileStamp* expected) {
     Node* node = nullptr;
-    const FileResult result = access(from, expected, node);
+    FileResult result = access(from, expected, node);
     if (!result.isDone()) return result;
     if (from[0] != to[0]) return {FileOutcome::otherVolume, 17};
-    const FileResult room = makeEntry(to);
-    if (!room.isDone()) return room;
+    result = makeRoom(to);
+    if (!result.isDone()) return result;
     step();
     Node moved = *node;
+    moved.path = to;
     nodes_.erase(lowered(from));
-    place(to, std::move(moved));
+    nodes_[lowered(to)] = std::move(moved);
     touchParent(from);
     touchParent(to);
     return {};
@@ -195,10 +153,9 @@ FileResult FakeFileSystem::rename(const std::wstring& from, const std::wstring& 
 FileResult FakeFileSystem::copy(const std::wstring& from, const std::wstring& to,
                                 const FileStamp& expected) {
     Node* node = nullptr;
-    const FileResult result = access(from, &expected, node);
+    FileResult result = access(from, &expected, node);
+    if (result.isDone()) result = makeRoom(to);
     if (!result.isDone()) return result;
-    const FileResult room = makeEntry(to);
-    if (!room.isDone()) return room;
     Node copied = *node;
     step();
     // As the real one does it: the size at once, the times last.
@@ -208,17 +165,18 @@ FileResult FakeFileSystem::copy(const std::wstring& from, const std::wstring& to
     step();
     touchParent(to);
     copied.path = to;
-    if (spoilsCopies) copied.contents.back() ^= 1;
-    partial = copied;
+    if (spoilsWriting) copied.contents.back() ^= 1;
     if (to[0] == L'D') freeOnD -= copied.contents.size();
+    partial = std::move(copied);
     return {};
 }
 
 FileResult FakeFileSystem::compare(const std::wstring& left, const std::wstring& right) {
     Node *a = nullptr, *b = nullptr;
-    if (const FileResult result = access(left, nullptr, a); !result.isDone()) return result;
-    if (const FileResult result = access(right, nullptr, b); !result.isDone()) return result;
-    return {a->contents == b->contents ? FileOutcome::done : FileOutcome::changed};
+    FileResult result = access(left, nullptr, a);
+    if (result.isDone()) result = access(right, nullptr, b);
+    if (result.isDone() && a->contents != b->contents) return {FileOutcome::changed};
+    return result;
 }
 
 FileResult FakeFileSystem::remove(const std::wstring& path, const FileStamp* expected) {

@@ -6,59 +6,52 @@
 
 namespace {
 
-class FileTransfer : public testing::Test {
-  protected:
-    const std::wstring from = L"C:\\a\\file";
-    const std::wstring to = L"D:\\b\\file";
+const std::wstring kFrom = L"C:\\a\\file", kTo = L"D:\\b\\file";
+
+struct Transfer {
     FakeFileSystem files;
     FileStamp stamp;
 
-    void SetUp() override {
+    Transfer() {
         files.addFolder(L"D:\\b");
-        files.add(from, "contents");
-        stamp = files.inspect(from).stamp;
+        stamp = files.add(kFrom, "contents").stamp();
     }
     std::string at(const std::wstring& path) {
         const auto* node = files.find(path);
         return node == nullptr ? "" : node->contents;
     }
+    FileOutcome run() { return transferFile(files, kFrom, kTo, stamp).outcome; }
 };
 
 }  // namespace
 
-TEST_F(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
-    files.spoilsCopies = true;
-    EXPECT_EQ(transferFile(files, from, to, stamp).outcome, FileOutcome::changed);
-    EXPECT_EQ(at(from), "contents");
+TEST(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
+    Transfer transfer;
+    FakeFileSystem& files = transfer.files;
+    files.spoilsWriting = true;
+    EXPECT_EQ(transfer.run(), FileOutcome::changed);
     EXPECT_EQ(files.snapshot(L"D:\\b").size(), 0U);
-    files.spoilsCopies = false;
-
-    for (const std::wstring& taken : {to, partOf(to)}) {
+    files.spoilsWriting = false;
+    for (const std::wstring& taken : {kTo, partOf(kTo)}) {
         files.add(taken, "somebody's");
-        EXPECT_EQ(transferFile(files, from, to, stamp).outcome, FileOutcome::exists);
-        EXPECT_EQ(at(taken), "somebody's");
-        EXPECT_EQ(at(from), "contents");
+        EXPECT_EQ(transfer.run(), FileOutcome::exists);
+        EXPECT_EQ(transfer.at(taken) + transfer.at(kFrom), "somebody'scontents");
         files.remove(taken, nullptr);
     }
-
-    // Others write to the original just before it would be removed, or remove it themselves.
-    files.beforeRemoving = [this] {
-        if (files.find(to) != nullptr) files.find(from)->contents = "newer";
-    };
-    EXPECT_EQ(transferFile(files, from, to, stamp).outcome, FileOutcome::changed);
-    EXPECT_EQ(at(from), "newer");
-    EXPECT_EQ(at(to), "");
-    files.find(from)->contents = "contents";
-    files.beforeRemoving = [this] {
-        files.beforeRemoving = {};
-        files.remove(from, nullptr);
-    };
-    EXPECT_TRUE(transferFile(files, from, to, stamp).isDone());
-    EXPECT_EQ(at(from), "");
-    EXPECT_EQ(at(to), "contents");
+    // Others write to the original just before it would be removed, and to what took its place.
+    for (const bool isCopyTheirs : {false, true}) {
+        files.beforeRemoving = [&] {
+            if (files.find(kTo) == nullptr) return;
+            files.find(kFrom)->contents = "newer";
+            if (isCopyTheirs) files.find(kTo)->contents = "newest";
+        };
+        EXPECT_EQ(transfer.run(), FileOutcome::changed);
+        EXPECT_EQ(transfer.at(kFrom) + transfer.at(kTo), isCopyTheirs ? "newernewest" : "newer");
+        files.find(kFrom)->contents = "contents";
+    }
 }
 
-TEST_F(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
+TEST(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
     const struct {
         const char* what;
         bool isWhole;      // the unfinished copy
@@ -73,18 +66,18 @@ TEST_F(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
         {"copy partial, original changed since", false, "newer one", "", ""},
         {"copy partial, original gone", false, "", "partial", ""},
     };
-    const std::wstring part = partOf(to);
+    const std::wstring part = partOf(kTo);
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        for (const std::wstring& path : {from, part, to})
-            files.remove(path, nullptr);
-        if (*c.from != '\0') files.add(from, c.from);
-        if (at(from) == "contents") files.find(from)->modified = stamp.modified;
+        Transfer transfer;
+        FakeFileSystem& files = transfer.files;
+        if (std::string(c.from) != "contents") files.remove(kFrom, nullptr);
+        if (*c.from == 'n') files.add(kFrom, c.from);
         auto& copied = files.add(part, c.isWhole ? "contents" : "partial");
-        if (c.isWhole) copied.modified = stamp.modified + 2 * kTicksPerSecond;
-        settleTransfer(files, from, to, stamp);
-        EXPECT_EQ(at(from), c.from);
-        EXPECT_EQ(at(part), c.partAfter);
-        EXPECT_EQ(at(to), c.toAfter);
+        if (c.isWhole) copied.modified = transfer.stamp.modified + 2 * kTicksPerSecond;
+        settleTransfer(files, kFrom, kTo, transfer.stamp);
+        EXPECT_EQ(transfer.at(kFrom), c.from);
+        EXPECT_EQ(transfer.at(part), c.partAfter);
+        EXPECT_EQ(transfer.at(kTo), c.toAfter);
     }
 }

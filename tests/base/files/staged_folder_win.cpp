@@ -1,7 +1,5 @@
 #include "tests/base/files/staged_folder_win.h"
 
-#include <sstream>
-
 #include "base/files/file_system.h"
 #include "base/files/long_path_win.h"
 #include "base/text.h"
@@ -140,22 +138,17 @@ bool MakeFileLink(const std::wstring& link, const std::wstring& target) {
     return makeLink(link, target, 0);
 }
 
-KernelHandle StartProgram(std::wstring commandLine) {
+int RunToEnd(std::wstring commandLine) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
     if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW,
                         nullptr, nullptr, &startup, &info)) {
-        return {};
+        return -1;
     }
-    CloseHandle(info.hThread);
-    return KernelHandle(info.hProcess);
-}
-
-int RunToEnd(std::wstring commandLine) {
-    const KernelHandle process = StartProgram(std::move(commandLine));
+    const KernelHandle thread(info.hThread), process(info.hProcess);
     DWORD code = static_cast<DWORD>(-1);
-    if (process && WaitForSingleObject(process.get(), 60'000) == WAIT_OBJECT_0)
+    if (WaitForSingleObject(process.get(), 60'000) == WAIT_OBJECT_0)
         GetExitCodeProcess(process.get(), &code);
     return static_cast<int>(code);
 }
@@ -165,13 +158,13 @@ std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder) {
     forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
         const DWORD attributes = found.dwFileAttributes;
         const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        std::ostringstream text;
-        text << (isLink(attributes) ? "link " : isFolder ? "folder " : "file ");
-        if (!isFolder)
-            text << found.ftLastWriteTime.dwHighDateTime << ':'
-                 << found.ftLastWriteTime.dwLowDateTime;
-        if (!isFolder) text << ' ' << attributes << ' ' << ReadStaged(folder + L"\\" + name);
-        seen[name] = text.str();
+        const auto time = (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) |
+                          found.ftLastWriteTime.dwLowDateTime;
+        seen[name] = isLink(attributes) ? "link"
+                     : isFolder
+                         ? "folder"
+                         : "file " + std::to_string(time) + " " + std::to_string(attributes) + " " +
+                               ReadStaged(folder + L"\\" + name);
         if (!isFolder || isLink(attributes)) return;
         for (auto& [path, inner] : SnapshotOf(folder + L"\\" + name))
             seen[name + L"\\" + path] = std::move(inner);

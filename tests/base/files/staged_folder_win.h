@@ -32,8 +32,6 @@ bool IsThere(const std::wstring& path);
 bool MakeFolderLink(const std::wstring& link, const std::wstring& target);
 bool MakeFileLink(const std::wstring& link, const std::wstring& target);
 
-/// An empty handle when it cannot start.
-KernelHandle StartProgram(std::wstring commandLine);
 /// Runs a program to its end and gives its exit code; -1 when it cannot start.
 int RunToEnd(std::wstring commandLine);
 

@@ -1,60 +1,138 @@
 // A user's folders with the traces of two CorelDRAW versions and much that must not be touched.
 #pragma once
 
-#include <string>
+#include <set>
 
 #include "base/text.h"
 #include "fixes/cleanup/cleanup.h"
+#include "fixes/cleanup/restore.h"
 #include "tests/base/files/fake_file_system.h"
+#include "tests/fake_host.h"
 
-inline const std::wstring kStagedUser = L"C:\\Users\\Zo\u00eb";
-
-inline const CleanupRoots kStagedRoots = {kStagedUser + L"\\Roaming", kStagedUser + L"\\Local",
-                                          kStagedUser + L"\\Local\\Temp"};
+inline const std::wstring kUser = L"C:\\Users\\Zo\u00eb";
+inline const CleanupRoots kRoots = {kUser + L"\\Roaming", kUser + L"\\Local",
+                                    kUser + L"\\Local\\Temp", L"C:\\ProgramData"};
+inline const std::wstring kCache =
+    kRoots[1] + L"\\Corel\\CorelDRAW Graphics Suite X7\\Draw\\PreviewCache\\";
+/// Where the tool folder lies: beside the profile, where a rename reaches it, or on another drive.
+inline const std::wstring kNear = kRoots[1] + L"\\Mirelo", kFar = L"D:\\Mirelo";
 
 struct StagedFile {
-    const wchar_t* path;  // from the user's folder
+    const wchar_t* path;  // from the drive, "~" for the user's folder
     bool isCleaned;
 };
 
 inline constexpr StagedFile kStagedFiles[] = {
-    {LR"(Local\Microsoft\Windows\WER\ReportArchive\AppCrash_CorelDRW.exe_1a2b\Report.wer)", true},
-    {LR"(Local\Microsoft\Windows\WER\ReportArchive\AppCrash_CorelDRW.exe_1a2b\sub\memory.hdmp)",
+    {LR"(~\Local\Microsoft\Windows\WER\ReportArchive\AppCrash_CorelDRW.exe_1a2b\Report.wer)", true},
+    {LR"(~\Local\Microsoft\Windows\WER\ReportArchive\AppCrash_CorelDRW.exe_1a2b\sub\m.hdmp)", true},
+    {LR"(~\Local\Microsoft\Windows\WER\ReportQueue\AppHang_coreldrw.EXE_77\Report.wer)", true},
+    {LR"(~\Local\Microsoft\Windows\WER\ReportArchive\AppCrash_winword.exe_1\Report.wer)", false},
+    {LR"(\ProgramData\Microsoft\Windows\WER\ReportQueue\AppHang_CorelDRW.exe_3\Report.wer)", true},
+    {LR"(~\Local\CrashDumps\CorelDRW.exe.4711.dmp)", true},
+    {LR"(~\Local\CrashDumps\CorelDRW.exe(1).4711.dmp)", true},
+    {LR"(~\Local\CrashDumps\CorelDRW.exe.txt)", false},
+    {LR"(~\Local\CrashDumps\CorelPP.exe.4711.dmp)", false},
+    {LR"(~\Local\Temp\CDR1F3.tmp)", true},
+    {LR"(~\Local\Temp\CDR1F3.tmp.cdr)", false},
+    {LR"(~\Local\Temp\XCDR1.tmp)", false},
+    {LR"(~\Local\Temp\other\CDR2.tmp)", false},
+    {LR"(~\Local\Temp\Corel\errors.log)", true},
+    {LR"(~\Local\Temp\Corel\brand.cpl)", false},
+    {LR"(~\Roaming\Corel\Messages\540\EN\cache.dat)", true},
+    {LR"(~\Roaming\Corel\Messages\index.dat)", false},
+    {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\one.png)", true},
+    {L"~\\Local\\Corel\\CorelDRAW Graphics Suite X7\\Draw\\PreviewCache\\a\\b\\\u4E2D\U0001F600'",
      true},
-    {LR"(Local\Microsoft\Windows\WER\ReportQueue\AppHang_coreldrw.EXE_77\Report.wer)", true},
-    {LR"(Local\Microsoft\Windows\WER\ReportArchive\AppCrash_winword.exe_1\Report.wer)", false},
-    {LR"(Local\CrashDumps\CorelDRW.exe.4711.dmp)", true},
-    {LR"(Local\CrashDumps\CorelDRW.exe.txt)", false},
-    {LR"(Local\CrashDumps\CorelPP.exe.4711.dmp)", false},
-    {LR"(Local\Temp\CDR1F3.tmp)", true},
-    {LR"(Local\Temp\CDR1F3.tmp.cdr)", false},
-    {LR"(Local\Temp\XCDR1.tmp)", false},
-    {LR"(Local\Temp\other\CDR2.tmp)", false},
-    {LR"(Local\Temp\Corel\errors.log)", true},
-    {LR"(Local\Temp\Corel\Backup_of_plan.cdr)", false},
-    {LR"(Roaming\Corel\Messages\540\EN\cache.dat)", true},
-    {LR"(Roaming\Corel\Messages\index.dat)", false},
-    {LR"(Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\one.png)", true},
-    {L"Local\\Corel\\CorelDRAW Graphics Suite X7\\Draw\\PreviewCache\\a\\b\\\u4E2D\U0001F600'.png",
-     true},
-    {LR"(Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\macros.GMS)", false},
-    {LR"(Local\Corel\CorelDRAW Graphics Suite X7\PHOTO-PAINT\PreviewCache\three.png)", true},
-    {LR"(Local\Corel\CorelDRAW Graphics Suite 2024\Draw\PreviewCache\four.png)", true},
-    {LR"(Local\Corel\CorelDRAW Graphics Suite 2024\Draw\Workspace\mine.cdws)", false},
-    {LR"(Local\Corel\PaintShop Pro\Draw\PreviewCache\five.png)", false},
-    {LR"(Roaming\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\six.png)", false},
+    {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\macros.GMS)", false},
+    {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\PHOTO-PAINT\PreviewCache\three.png)", true},
+    {LR"(~\Local\Corel\CorelDRAW Graphics Suite 2024\Draw\PreviewCache\four.png)", true},
+    {LR"(~\Local\Corel\CorelDRAW Graphics Suite 2024\Draw\Workspace\mine.cdws)", false},
+    {LR"(~\Local\Corel\PaintShop Pro\Draw\PreviewCache\five.png)", false},
+    {LR"(~\Roaming\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\six.png)", false},
 };
 
-inline constexpr std::size_t kStagedCleaned = [] {
-    std::size_t count = 0;
-    for (const StagedFile& file : kStagedFiles)
-        count += file.isCleaned ? 1 : 0;
-    return count;
-}();
+inline std::wstring stagedPath(const StagedFile& file) {
+    return *file.path == L'~' ? kUser + (file.path + 1) : std::wstring(L"C:") + file.path;
+}
+
+struct Stage {
+    explicit Stage(const std::wstring& home = kNear)
+        : context{files,
+                  kRoots,
+                  L"",
+                  {home, kRoots[0] + L"\\Mirelo"},
+                  [this] { return running; },
+                  [this] {
+                      return BackupContext::Now{utc, utc + 36'000'000'000};
+                  }} {
+        for (const StagedFile& file : kStagedFiles)
+            files.add(stagedPath(file), utf8FromWide(file.path));
+        files.find(kRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
+        files.addFolder(parentFolder(home));
+    }
+
+    CleanupPlan plan() {
+        return PlanCleanup(ListCleanupItems(files, context.roots, running.photoPaint),
+                           context.roots, utc);
+    }
+    std::wstring newBackup() {
+        return NewBackupFolder(files, context.homes, kCleanupBackup, context.now().local);
+    }
+    CleanupReport clean() { return ExecuteCleanup(host.host(), context, plan(), newBackup()); }
+    /// The report of a press on either button.
+    std::wstring press(void (&act)(const ActionHost&, const BackupContext&)) {
+        host.lines.clear();
+        act(host.host(), context);
+        return host.report();
+    }
+    std::wstring restore() { return press(BringBack); }
+    std::vector<std::wstring> backups() {
+        return ListBackups(files, context.homes, kCleanupBackup).folders;
+    }
+    /// Without the tool's own folder, and with folder times only for those that a cleanup removes.
+    FakeFileSystem::Snapshot profile() {
+        FakeFileSystem::Snapshot seen = files.snapshot(L"C:");
+        std::erase_if(seen, [](const auto& item) { return item.first.starts_with(kNear); });
+        for (auto& [path, node] : seen)
+            if (node.type == EntryType::folder && path.find(L"_CorelDRW") == std::wstring::npos &&
+                path.find(L"PreviewCache\\a") == std::wstring::npos)
+                node.created = node.modified = 0;
+        return seen;
+    }
+    /// The contents of all files, however they are called.
+    std::multiset<std::string> contents() {
+        std::multiset<std::string> all;
+        for (const wchar_t* drive : {L"C:", L"D:"})
+            for (const auto& [path, node] : files.snapshot(drive))
+                if (node.type == EntryType::file) all.insert(node.contents);
+        return all;
+    }
+    /// Runs an act with a kill at the given step; true when it came that far.
+    template <typename Act>
+    bool isKilled(int step, const Act& act) {
+        files.steps = 0;
+        files.killAt = step;
+        bool killed = false;
+        try {
+            act();
+        } catch (const Killed&) {
+            killed = true;
+        }
+        files.killAt = std::numeric_limits<int>::max();
+        utc += 60 * kTicksPerSecond;
+        return killed;
+    }
+
+    FakeFileSystem files;
+    FakeHost host;
+    RunningPrograms running;
+    FileTicks utc = 133'500'000'000'000'000;
+    BackupContext context;
+};
 
 /// The paths at which two snapshots differ, one a line.
-template <typename Snapshot>
-std::string DifferenceOf(const Snapshot& now, const Snapshot& before) {
+inline std::string differenceOf(const FakeFileSystem::Snapshot& now,
+                                const FakeFileSystem::Snapshot& before) {
     std::string text;
     for (const auto& [path, what] : before)
         if (!now.contains(path) || now.at(path) != what) text += utf8FromWide(path) + "\n";

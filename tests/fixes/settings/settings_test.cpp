@@ -4,16 +4,16 @@
 #include <map>
 
 #include "base/text.h"
-#include "fixes/cleanup/backup_folders.h"
 #include "fixes/settings/registry_export.h"
 #include "fixes/settings/settings_change.h"
 #include "tests/base/files/fake_file_system.h"
+#include "tests/fake_host.h"
 
 namespace {
 
 const std::wstring kCorel = L"Software\\Corel\\CorelDRAW";
 const std::wstring kDraw24 = kCorel + L"\\24.0\\Draw\\Application Preferences\\";
-const std::wstring kTool = L"C:\\Roaming\\Mirelo";
+const std::wstring kTool = L"C:\\Local\\Mirelo";
 const std::wstring kExport = kTool + L"\\backups\\settings_2024-01-17_21-20-00\\settings.reg";
 
 RegistryValue text(const wchar_t* name, const wchar_t* data) {
@@ -70,30 +70,27 @@ struct Settings {
         };
         files.addFolder(parentFolder(kTool));
     }
-    /// The report of one press; each question is added to `questions`.
+    /// The report of one press.
     std::wstring run() {
-        std::wstring log;
-        const ActionHost host = {
-            [&](const std::wstring& line) { log += line + L"\n"; },
-            [&](const std::wstring& question, const std::wstring&, ConfirmStyle style) {
-                EXPECT_EQ(style, ConfirmStyle::warning);
-                questions.push_back(question);
-                if (whileAsking) whileAsking();
-                return answer;
-            },
-            [](std::wstring) {}};
+        fake.lines.clear();
+        ActionHost host = fake.host();
+        host.confirm = [&, ask = host.confirm](const auto& question, const auto& caption,
+                                               ConfirmStyle style) {
+            if (whileAsking) whileAsking();
+            return ask(question, caption, style);
+        };
         const auto now = [] { return BackupContext::Now{1, 133'500'000'000'000'000}; };
-        OnOptimizeSettings(
-            host, {registry, {files, {}, kTool, [this] { return isCorelRunning; }, now}, kCorel});
-        return log;
+        OptimizeSettings(
+            host,
+            {registry, {files, {}, L"", {kTool, L""}, [this] { return running; }, now}, kCorel});
+        return fake.report();
     }
 
     FakeRegistry registry;
     FakeFileSystem files;
-    bool answer = true;
-    bool isCorelRunning = false;
+    FakeHost fake;
+    RunningPrograms running;
     std::function<void()> whileAsking;
-    std::vector<std::wstring> questions;
 };
 
 }  // namespace
@@ -109,25 +106,25 @@ TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
         {text(L"undo_levels", L"150"), text(L"undo_levels", L"30")},
         {{L"UndoLevel", kRegistryExpandableText, DataOfText(L"99")},
          {L"UndoLevel", kRegistryExpandableText, DataOfText(L"30")}},
-        {text(L"UndoLevels", L"30"), text(L"UndoLevels", L"30")},
         {{L"UndoLevels", kRegistryText, {0x33, 0, 0x30, 0}},
          {L"UndoLevels", kRegistryText, {0x33, 0, 0x30, 0}}},
         {number(L"BitmapEffectsUndoLevels", 2), none},
+        {number(L"MaxUndoMemory", 512), none},
+        {number(L"UndoMaxDiskMB", 2048), none},
+        {number(L"ShowUndoLevels", 1), none},
+        {number(L"Undo", 1), none},
         {number(L"UndoLevels", 0xFFFFFFFF), none},
         {text(L"UndoLevels", L""), none},
         {text(L"UndoLevels", L"many"), none},
         {text(L"UndoLevels", L"123456"), none},
-        {text(L"UndoDocker", L"1"), none},
         {{L"UndoLevels", kRegistryBinary, {30, 0, 0, 0}}, none},
-        {text(L"ShowWelcomeScreen", L"1"), text(L"ShowWelcomeScreen", L"0")},
         {text(L"Show Welcome Screen at Startup", L"True"),
          text(L"Show Welcome Screen at Startup", L"False")},
         {number(L"WelcomeScreen", 1), number(L"WelcomeScreen", 0)},
-        {number(L"DontShowWelcomeScreen", 0), number(L"DontShowWelcomeScreen", 1)},
         {text(L"Don't Show Welcome Screen", L"no"), text(L"Don't Show Welcome Screen", L"yes")},
         {number(L"ShowWelcomeScreen", 2), none},
         {text(L"ShowWelcomeScreen", L"800,600"), none},
-        {number(L"WelcomeScreenWidth", 1), none},
+        {number(L"ShowWelcomeScreenTips", 1), none},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(utf8FromWide(c.before.name + L" " + ValueText(c.before)));
@@ -143,32 +140,40 @@ TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
 TEST(Settings, AsksExportsChangesAndSaysEach) {
     Settings settings;
     // The keys go into the export whole, as they were.
+    const std::wstring deep = kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep";
     std::vector<RegistryKeyRecord> exported;
-    for (const std::wstring& key :
-         {kDraw24 + L"Framework", kDraw24 + L"General",
-          kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep"})
+    for (const std::wstring& key : {kDraw24 + L"Framework", kDraw24 + L"General", deep})
         exported.push_back({key, settings.registry.keys.at(key)});
-    EXPECT_EQ(settings.run(),
-              L"[Settings] CorelDRAW 13.0: no value for the undo levels or the welcome screen was "
-              L"found, left alone.\n"
-              L"[Settings] CorelDRAW 9.0: undo levels 20 -> 30\n"
-              L"[Settings] CorelDRAW 9.0: welcome screen 0 -> 1\n"
-              L"[Settings] CorelDRAW 24.0: welcome screen true -> false\n"
-              L"[Settings] CorelDRAW 24.0: undo levels 99 -> 30\n"
-              L"[Settings] [OK] 4 of 4 settings changed, in effect when CorelDRAW starts again. "
-              L"The old ones are in " +
-                  kExport + L"\n");
-    ASSERT_EQ(settings.questions.size(), 1U);
-    EXPECT_NE(settings.questions[0].find(L"CorelDRAW 24.0: undo levels 99 -> 30\n"),
-              std::wstring::npos);
-    EXPECT_NE(settings.questions[0].find(kExport), std::wstring::npos);
+    const std::wstring hkcu = L" (HKEY_CURRENT_USER\\";
+    const std::wstring changes[] = {
+        L"CorelDRAW 9.0: undo levels 20 -> 30" + hkcu + deep + L", Undo Levels)\n",
+        L"CorelDRAW 9.0: welcome screen 0 -> 1" + hkcu + deep + L", Hide Welcome Screen)\n",
+        L"CorelDRAW 24.0: welcome screen true -> false" + hkcu + kDraw24 +
+            L"Framework, ShowWelcomeScreen)\n",
+        L"CorelDRAW 24.0: undo levels 99 -> 30" + hkcu + kDraw24 + L"General, UndoLevels)\n",
+    };
+    std::wstring expected =
+        L"[Settings] CorelDRAW 13.0: no value for the undo levels or the welcome screen was found, "
+        L"left alone.\n";
+    for (const std::wstring& change : changes)
+        expected += L"[Settings] " + change;
+    EXPECT_EQ(settings.run(), expected +
+                                  L"[Settings] [OK] 4 of 4 settings changed, in effect when "
+                                  L"CorelDRAW starts again. The old ones are in " +
+                                  kExport + L"\n");
+    ASSERT_EQ(settings.fake.questions.size(), 1U);
+    EXPECT_EQ(settings.fake.styles[0], ConfirmStyle::warning);
+    const std::wstring& question = settings.fake.questions[0];
+    for (const std::wstring& change : changes)
+        EXPECT_NE(question.find(L"  " + change), std::wstring::npos) << utf8FromWide(question);
+    EXPECT_NE(question.find(kExport), std::wstring::npos);
     EXPECT_EQ(settings.files.find(kExport)->contents, WriteRegistryExport(exported));
 
     // A second press finds nothing to do and exports nothing.
     EXPECT_NE(settings.run().find(L"[Settings] [OK] What was found is optimal"),
               std::wstring::npos);
-    EXPECT_EQ(settings.questions.size(), 1U);
-    EXPECT_EQ(ListBackups(settings.files, kTool, kSettingsBackup).size(), 1U);
+    EXPECT_EQ(settings.fake.questions.size(), 1U);
+    EXPECT_EQ(settings.files.snapshot(kTool + L"\\backups").size(), 2U);
 }
 
 TEST(Settings, ChangesNothingWhenItMayNot) {
@@ -176,12 +181,15 @@ TEST(Settings, ChangesNothingWhenItMayNot) {
         std::function<void(Settings&)> arrange;
         const wchar_t* line;
     } cases[] = {
-        {[](Settings& s) { s.isCorelRunning = true; }, L"[Settings] [WARN] CorelDRAW is running"},
-        {[](Settings& s) { s.whileAsking = [&s] { s.isCorelRunning = true; }; },
+        {[](Settings& s) { s.running.coreldraw = true; },
          L"[Settings] [WARN] CorelDRAW is running"},
-        {[](Settings& s) { s.answer = false; }, L"[Settings] Cancelled, nothing was changed."},
+        {[](Settings& s) { s.whileAsking = [&s] { s.running.coreldraw = true; }; },
+         L"[Settings] [WARN] CorelDRAW is running"},
+        {[](Settings& s) { s.fake.consents = false; },
+         L"[Settings] Cancelled, nothing was changed."},
         {[](Settings& s) { s.registry.keys.clear(); }, L"[Settings] No settings of CorelDRAW"},
         {[](Settings& s) { s.files.add(kTool, "a file"); }, L"[Settings] Failed to export"},
+        {[](Settings& s) { s.files.spoilsWriting = true; }, L"does not hold what was written"},
         {[](Settings& s) { s.registry.keys[kDraw24 + L"General\\a\r\nb"] = {}; },
          L"[Settings] Failed to export"},
         {[](Settings& s) { s.registry.refuses = true; }, L"[Settings] [WARN] 0 of 4 settings"},
@@ -199,7 +207,7 @@ TEST(Settings, ChangesNothingWhenItMayNot) {
     Settings settings;
     RegistryValue& undo = settings.registry.keys.at(kDraw24 + L"General")[0];
     settings.whileAsking = [&] { undo = number(L"UndoLevels", 50); };
-    EXPECT_NE(settings.run().find(L"undo levels 99 -> 30: the value has changed meanwhile"),
+    EXPECT_NE(settings.run().find(L"UndoLevels): the value has changed meanwhile"),
               std::wstring::npos);
     EXPECT_EQ(undo, number(L"UndoLevels", 50));
 }
