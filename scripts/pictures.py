@@ -16,7 +16,7 @@ sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 
 import first_aid
 import staging
-from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
+from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
                     Practice, WineBox, closing)
 
 PICTURES = ROOT / "docs" / "images"
