@@ -88,7 +88,7 @@ class Bench {
                                             std::string_view) { return *served; };
         const std::wstring path = CacheFilePath() + L".bench";
         window_.session.cloud.writeCache = [&](std::string_view body) {
-            return replaceWholeFile(path, body);
+            return replaceWholeFile(path, body).isDone();
         };
         const auto clickWith = [&](const std::string& document) {
             served = &document;
