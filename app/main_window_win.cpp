@@ -142,6 +142,7 @@ void onCreate(MainWindow& window) {
 }
 
 void onDestroy(MainWindow& window) {
+    window.accessibility.close(window.hwnd);
     RestoreDefaultPrinterAtExit(window.session.printerSwitch,
                                 SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
@@ -189,6 +190,16 @@ Layout layOut(MainWindow& window) {
     return layout;
 }
 
+void publish(MainWindow& window, const Layout& layout) {
+    if (!window.accessibility.isAsked()) return;
+    const auto before = window.accessibility.current();
+    const AccessibleSource source{
+        layout, window.state, visibleLines(window.state.log, measurerOf(window)), tr("app_title")};
+    window.accessibility.publish(
+        std::make_shared<const AccessibleTree>(buildAccessibleTree(source, before.get())),
+        window.dpiScale);
+}
+
 void onPaint(MainWindow& window) {
     PAINTSTRUCT paint{};
     BeginPaint(window.hwnd, &paint);
@@ -199,6 +210,7 @@ void onPaint(MainWindow& window) {
          window.state.focusShown ? window.state.focus : std::nullopt});
     EndPaint(window.hwnd, &paint);
     if (window.painted) SetEvent(window.painted->get());
+    publish(window, layout);
     // Once more at once, but not for ever: a target that is lost again waits for the next occasion.
     if (!painted && !window.targetLost) invalidate(window);
     window.targetLost = !painted;
@@ -298,6 +310,27 @@ void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     if (!isInPanel(window.state.log, dipFromPixels(window, cursor))) return;
     scrollLog(window.state.log, GET_WHEEL_DELTA_WPARAM(wParam));
     invalidate(window);
+}
+
+// A screen reader's wish, which takes the same path as a click.
+void onElementMessage(MainWindow& window, UINT message, ElementId element) {
+    if (message == kFocusElement) {
+        window.state.focus = element;
+    } else if (window.actionRunning) {
+        showOpenQuestion(window);
+        return;
+    } else {
+        actOn(window.state, element, effectsOf(window));
+    }
+    invalidate(window);
+}
+
+// Whoever asks first finds the content of the window as it is now.
+LRESULT onGetObject(MainWindow& window, WPARAM wParam, LPARAM lParam) {
+    const bool wasAsked = window.accessibility.isAsked();
+    const LRESULT answer = window.accessibility.answer(window.hwnd, wParam, lParam);
+    if (!wasAsked && window.accessibility.isAsked()) publish(window, layOut(window));
+    return answer;
 }
 
 std::optional<Key> keyOf(WPARAM key) {
@@ -407,6 +440,14 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
         case kSignaturesUpdated:
             onSignaturesUpdated(window);
             return 0;
+        case kActOnElement:
+        case kFocusElement:
+            onElementMessage(window, message,
+                             {static_cast<HitKind>(wParam), static_cast<std::uint32_t>(lParam)});
+            return 0;
+        case WM_GETOBJECT:
+            if (const LRESULT answer = onGetObject(window, wParam, lParam)) return answer;
+            break;
         case WM_SETCURSOR:
             if (LOWORD(lParam) == HTCLIENT && showCursor(window)) return TRUE;
             break;
