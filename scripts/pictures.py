@@ -34,8 +34,11 @@ CACHES = {
 }
 AGE_S = 30 * 24 * 3600  # what is younger than a day stays
 PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
-DOCUMENTS = {"catalogue.cdr": staging.document(560, 200), "poster.cdr": staging.document(40, payload=800000),
-             "logo.cdr": staging.document(0, 0, 0)}
+DOCUMENTS = {
+    "catalogue.cdr": staging.document(560, 200, payload=300_000, leaves=5000),
+    "poster.cdr": staging.document(40, payload=800_000),
+    "logo.cdr": staging.document(0, 0, 0),
+}
 
 # A quiet frame in the window manager, as large as the letters.
 THEME = """border.width: 2
