@@ -92,9 +92,7 @@ bool PracticeProcess::await(const wchar_t* event) const {
 int PracticeProcess::heldThreads() const {
     int held = 0;
     for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
-        const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, id));
-        if (SuspendThread(thread.get()) != 0) ++held;
-        ResumeThread(thread.get());
+        if (SuspendCount(id) != 0) ++held;
     }
     return held;
 }
