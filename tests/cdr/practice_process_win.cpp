@@ -108,16 +108,6 @@ bool PracticeProcess::end() {
     return false;
 }
 
-void Forbid(HANDLE processOrThread) {
-    // A list without an entry grants nothing to anybody.
-    ACL nobody{};
-    SECURITY_DESCRIPTOR descriptor{};
-    EXPECT_TRUE(InitializeAcl(&nobody, sizeof nobody, ACL_REVISION) &&
-                InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
-                SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE) &&
-                SetKernelObjectSecurity(processOrThread, DACL_SECURITY_INFORMATION, &descriptor));
-}
-
 DWORD SuspendCount(DWORD threadId) {
     const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, threadId));
     const DWORD count = SuspendThread(thread.get());
