@@ -10,10 +10,10 @@
 #include "tests/slim/document_builder.h"
 
 IMITATE("kernel32.dll", CloseHandle);
-IMITATE("kernel32.dll", CreateFileW);
+IMITATED(CreateFileW);
 IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
-IMITATE("kernel32.dll", WriteFile);
+IMITATED(WriteFile);
 
 namespace {
 
