@@ -70,6 +70,8 @@ TEST(Evidence, TellsStuckFromWorking) {
     const auto place = [](StackFrame frame, std::uint64_t sinceUs, std::uint64_t seenUs) {
         return HangPlace{kPid, kMain, {std::move(frame)}, sinceUs, seenUs};
     };
+    StackFrame furtherOn = kCore;
+    furtherOn.address = 5;
     StackFrame elsewhere = Frame(L"hook", L"");
     elsewhere.address = 6;
     const HangPlace now = place(kCore, 88'400'000, 100'000'000);
@@ -84,7 +86,7 @@ TEST(Evidence, TellsStuckFromWorking) {
         {9, now, {}, L"waiting, 9 % of a core during the capture."},
         {10, now, otherThread,
          L"computing part of the time (10 % of one core) during the capture."},
-        {97, now, place(kCore, 0, 0),
+        {97, now, place(furtherOn, 0, 0),
          L"computing (97 % of one core) during the capture; at the same place as 12 s ago."},
         {0, now, place(kWait, 0, 60'500'000),
          L"waiting, 0 % of a core during the capture; moving: at another place than 40 s ago."},

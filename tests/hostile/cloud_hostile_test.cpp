@@ -44,7 +44,7 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileCache, NoFailureCostsTheCacheThatIsThere) {
+TEST(HostileCacheFile, NoFailureCostsTheCacheThatIsThere) {
     const std::string before = ReadCacheFile();
     ASSERT_TRUE(WriteCacheFile("good"));
     {
