@@ -44,7 +44,7 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileDisk, NoFailureCostsTheCacheThatIsThere) {
+TEST(HostileCache, NoFailureCostsTheCacheThatIsThere) {
     const std::string before = ReadCacheFile();
     ASSERT_TRUE(WriteCacheFile("good"));
     {
