@@ -100,8 +100,9 @@ std::string_view asText(ByteView bytes) {
 // Overwrites in place and cuts off what is left of longer contents: the file keeps its blocks,
 // attributes and streams.
 bool writeContents(HANDLE file, ByteView contents) {
-    return seekToStart(file) && writeAll(file, asText(contents)).isDone() && SetEndOfFile(file) &&
-           FlushFileBuffers(file);
+    if (!seekToStart(file) || !writeAll(file, asText(contents)).isDone()) return false;
+    if (!SetEndOfFile(file)) return false;
+    return FlushFileBuffers(file);
 }
 
 // Nothing was cut off before, so the former blocks are still the file's and a full disk does not

@@ -92,9 +92,7 @@ bool PracticeProcess::await(const wchar_t* event) const {
 int PracticeProcess::heldThreads() const {
     int held = 0;
     for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
-        const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, id));
-        if (SuspendThread(thread.get()) != 0) ++held;
-        ResumeThread(thread.get());
+        if (SuspendCount(id) != 0) ++held;
     }
     return held;
 }
@@ -107,16 +105,6 @@ bool PracticeProcess::end() {
     TerminateProcess(process.get(), 1);
     WaitForSingleObject(process.get(), kLimitMs);
     return false;
-}
-
-void Forbid(HANDLE processOrThread) {
-    // A list without an entry grants nothing to anybody.
-    ACL nobody{};
-    SECURITY_DESCRIPTOR descriptor{};
-    EXPECT_TRUE(InitializeAcl(&nobody, sizeof nobody, ACL_REVISION) &&
-                InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
-                SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE) &&
-                SetKernelObjectSecurity(processOrThread, DACL_SECURITY_INFORMATION, &descriptor));
 }
 
 DWORD SuspendCount(DWORD threadId) {

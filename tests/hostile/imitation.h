@@ -11,7 +11,8 @@
 //   const Staged fails(GetThreadContextImitation, [](HANDLE, CONTEXT*) { return FALSE; });
 //
 // Whatever is not staged does what Windows does. Each function is imitated in one file of the
-// program; the test's own calls and the test framework's are imitated too.
+// program, and another that stages it says IMITATED(GetThreadContext); the test's own calls and the
+// test framework's are imitated too.
 #pragma once
 
 #include <windows.h>
@@ -92,10 +93,12 @@ Staged(Imitation<Function>&, Instead) -> Staged<Function>;
 // Some of the compiler's headers call not through the import but through the import library's stub,
 // so the stub is there too.
 #define IMITATE(library, name)                                                         \
-    static constinit Imitation<decltype(::name)> name##Imitation(library, #name);      \
+    constinit Imitation<decltype(::name)> name##Imitation(library, #name);             \
     extern "C" {                                                                       \
     extern const void* const __imp_##name;                                             \
     const void* const __imp_##name =                                                   \
         reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
     }                                                                                  \
     asm(".text\n.globl " #name "\n" #name ": jmp *__imp_" #name "(%rip)")
+
+#define IMITATED(name) extern constinit Imitation<decltype(::name)> name##Imitation

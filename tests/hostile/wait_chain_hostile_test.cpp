@@ -11,7 +11,7 @@
 #include "diagnosis/wait_chain_win.h"
 #include "tests/hostile/imitation.h"
 
-IMITATE("kernel32.dll", GetProcAddress);
+IMITATED(GetProcAddress);
 
 namespace {
 

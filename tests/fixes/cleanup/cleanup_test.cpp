@@ -179,7 +179,7 @@ TEST(Cleanup, AsksWithFoldersSizesAndWhatItMeans) {
 
 TEST(Cleanup, GivesASignOfLife) {
     Stage stage;
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 300; ++i)
         stage.files.add(kCache + decimal(i), "x");
     std::vector<std::wstring> told;
     ActionHost host = stage.host.host();
@@ -189,9 +189,9 @@ TEST(Cleanup, GivesASignOfLife) {
         return BackupContext::Now{stage.utc, stage.utc};
     };
     CleanUp(host, stage.context);
-    EXPECT_EQ(told, (std::vector<std::wstring>{L"Cleaning up: 32 of 113 files",
-                                               L"Cleaning up: 64 of 113 files",
-                                               L"Cleaning up: 96 of 113 files", L""}));
+    EXPECT_EQ(told, (std::vector<std::wstring>{L"Cleaning up: 32 of 313 files",
+                                               L"Cleaning up: 160 of 313 files",
+                                               L"Cleaning up: 288 of 313 files", L""}));
 }
 
 TEST(Restore, JudgesEachFileAndPassesABackupThatCanGiveNothingMore) {
