@@ -19,13 +19,7 @@
 IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
-
-// Its header does not declare this one as imported: the linker takes a definition of the same name.
-static Imitation<decltype(::WinHttpOpen)> WinHttpOpenImitation("winhttp.dll", "WinHttpOpen");
-HINTERNET WINAPI WinHttpOpen(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR bypass,
-                             DWORD flags) {
-    return WinHttpOpenImitation.call(agent, accessType, proxy, bypass, flags);
-}
+IMITATE("winhttp.dll", WinHttpOpen);
 
 TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     std::vector<DWORD> accessTypes;

@@ -14,10 +14,10 @@
 #include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 
-IMITATED(GetProcAddress);
-IMITATED(GetThreadContext);
-IMITATED(StackWalk64);
-IMITATED(SymFromAddrW);
+IMITATE("kernel32.dll", GetProcAddress);
+IMITATE("kernel32.dll", GetThreadContext);
+IMITATE("dbghelp.dll", StackWalk64);
+IMITATE("dbghelp.dll", SymFromAddrW);
 
 namespace {
 

@@ -10,10 +10,10 @@
 #include "tests/slim/document_builder.h"
 
 IMITATE("kernel32.dll", CloseHandle);
-IMITATED(CreateFileW);
+IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
-IMITATED(WriteFile);
+IMITATE("kernel32.dll", WriteFile);
 
 namespace {
 
