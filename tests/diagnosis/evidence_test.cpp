@@ -139,9 +139,11 @@ TEST(Evidence, ShowsThreadsWorthALook) {
     HangEvidence evidence = Captured({kWait});
     evidence.waits = WaitsForThread(9);
     evidence.otherThreads = {{1, {kWait, kHook}},   {2, {kWait, kCore}}, {3, {kHook}},
-                             {4, {kWait, kPlugin}}, {5, {kDriver}},      {9, {kWait}}};
+                             {4, {kWait, kPlugin}}, {5, {kDriver}},      {6, {Frame(L"", L"Made")}},
+                             {9, {kWait}}};
     const Lines lines = Told(evidence);
-    ASSERT_EQ(lines.size(), 5U) << "no CorelDRAW, and one thread for all in the same function";
+    ASSERT_EQ(lines.size(), 5U)
+        << "nothing of CorelDRAW, nothing without a file, each function once";
     EXPECT_EQ(lines[1], L"Thread 9 is in ntdll.dll!NtWaitForSingleObject.");
     EXPECT_EQ(lines[2],
               L"Thread 4 is in holder.cpg!Hold: Holder Tools 2.1 (Example Ltd), "
