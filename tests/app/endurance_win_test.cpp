@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
 #include "app/actions.h"
 #include "app/main_window_win.h"
 #include "cloud/settings_win.h"
-#include "tests/base/resources_win.h"
 #include "tests/cdr/practice_process_win.h"
 
 namespace {
@@ -76,7 +76,7 @@ class Day {
     Held held() {
         pressButton(window_, kClearAction);
         paint();
-        return {OpenHandles(), GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), heapBytes()};
+        return {openHandles(), GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), heapBytes()};
     }
 
   private:
