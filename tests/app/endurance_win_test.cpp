@@ -26,6 +26,17 @@ struct Held {
     std::size_t heapBytes;
 };
 
+// Handle values that are open, one by one: the system's own count is not to be had everywhere.
+int openHandles() {
+    constexpr std::uintptr_t kHighest = 0x8000;
+    int open = 0;
+    for (std::uintptr_t value = 4; value < kHighest; value += 4) {
+        DWORD flags = 0;
+        open += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) ? 1 : 0;
+    }
+    return open;
+}
+
 // In use on the heap that the C++ runtime and the system's libraries allocate from.
 std::size_t heapBytes() {
     const HANDLE heap = GetProcessHeap();
