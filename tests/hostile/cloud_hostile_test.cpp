@@ -38,9 +38,24 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileCacheFile, NoFailureCostsTheCacheThatIsThere) {
-    const std::string before = ReadCacheFile();
-    ASSERT_TRUE(WriteCacheFile("good"));
+TEST(HostileCacheFile, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
+    constexpr std::size_t kSizeLimit = 0x200000;
+    // A profile as before the first download: the tool's folder is not there.
+    wchar_t profile[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH - 20, profile);
+    wcscat(profile, L"mirelo-profile");
+    CreateDirectoryW(profile, nullptr);
+    const Staged fresh(SHGetFolderPathWImitation,
+                       [&](HWND, int, HANDLE, DWORD, LPWSTR path) -> HRESULT {
+                           wcscpy(path, profile);
+                           return S_OK;
+                       });
+    for (const std::size_t size : {kSizeLimit, kSizeLimit - 1, std::size_t{0}}) {
+        ASSERT_TRUE(WriteCacheFile(std::string(size, 'x')));
+        EXPECT_EQ(ReadCacheFile().size(), size % kSizeLimit);
+    }
+    const std::string good("\0\r\n\xFF", 4);
+    ASSERT_TRUE(WriteCacheFile(good));
     {
         const Staged full(WriteFileImitation,
                           [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
@@ -65,9 +80,10 @@ TEST(HostileCacheFile, NoFailureCostsTheCacheThatIsThere) {
         ASSERT_TRUE(other);
         EXPECT_FALSE(WriteCacheFile("another Mirelo is at it"));
     }
-    EXPECT_EQ(ReadCacheFile(), "good");
+    EXPECT_EQ(ReadCacheFile(), good);
     DeleteFileW(CacheFilePath().c_str());
-    if (!before.empty()) WriteCacheFile(before);
+    EXPECT_TRUE(RemoveDirectoryW(toolFolder().c_str())) << "something is left behind";
+    RemoveDirectoryW(profile);
 }
 
 TEST(HostileFolders, AProfileWithoutAFolderOrWithADeadServerHasNone) {
