@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <random>
 #include <string>
 
 #include "base/text.h"
@@ -54,15 +56,24 @@ double peakMemory() {
     return 1024.0 * double(usage.ru_maxrss);
 }
 
-bool readWhole(const std::wstring& path, Bytes& contents) {
+FileVersion versionOf(const struct stat& status) {
+    return {
+        std::uint64_t(status.st_dev), std::uint64_t(status.st_ino), std::uint64_t(status.st_size),
+        std::uint64_t(status.st_mtim.tv_sec) * 1000000000 + std::uint64_t(status.st_mtim.tv_nsec)};
+}
+
+bool readWhole(const std::wstring& path, FileImage& image) {
     const int file = open(utf8FromWide(path).c_str(), O_RDONLY);
     struct stat status {};
     if (file < 0 || fstat(file, &status) != 0) return false;
-    contents.clear();
-    contents.resize(static_cast<std::size_t>(status.st_size));
-    const ssize_t count = read(file, contents.data(), contents.size());
+    const auto size = static_cast<std::size_t>(status.st_size);
+    image.version = versionOf(status);
+    image.bytes.clear();
+    image.bytes.reserve(size + size / 4);
+    image.bytes.resize(size);
+    const ssize_t count = read(file, image.bytes.data(), size);
     close(file);
-    return count == ssize_t(contents.size());
+    return count == ssize_t(size);
 }
 
 bool copyFlushed(const std::wstring& from, const std::wstring& to) {
@@ -73,19 +84,22 @@ bool copyFlushed(const std::wstring& from, const std::wstring& to) {
     return isFlushed;
 }
 
-bool writeWhole(const std::wstring& path, ByteView contents) {
-    const int file = open(utf8FromWide(path).c_str(), O_WRONLY | O_CREAT, 0644);
-    if (file < 0) return false;
+WriteOutcome overwrite(const std::wstring& path, ByteView contents, const FileVersion& expected,
+                       const std::wstring&) {
+    const int file = open(utf8FromWide(path).c_str(), O_WRONLY);
+    struct stat status {};
+    if (file < 0 || fstat(file, &status) != 0) return WriteOutcome::failed;
+    if (versionOf(status) != expected) return WriteOutcome::changed;
     const bool isWritten =
         write(file, contents.data(), contents.size()) == ssize_t(contents.size()) &&
-        ftruncate(file, off_t(contents.size())) == 0;
+        ftruncate(file, off_t(contents.size())) == 0 && fsync(file) == 0;
     close(file);
-    return isWritten;
+    return isWritten ? WriteOutcome::written : WriteOutcome::failed;
 }
 
 // Does what the program does on Windows.
 SlimFiles realSlimFiles() {
-    return {readWhole, copyFlushed, writeWhole, [] { return std::wstring(L"backup"); }};
+    return {readWhole, copyFlushed, overwrite, [] { return std::wstring(L"backup"); }};
 }
 
 #endif
@@ -96,9 +110,18 @@ void check(bool right, const char* what) {
     std::exit(1);
 }
 
+Bytes randomBytes(std::mt19937_64& random, std::size_t length) {
+    Bytes bytes;
+    bytes.reserve(length + 8);
+    while (bytes.size() < length)
+        put(bytes, random(), 8);
+    bytes.resize(length);
+    return bytes;
+}
+
 // As X7 and later write it: pictures and data files, packed and not, are most of the bytes.
 Bytes document() {
-    Random random(1);
+    std::mt19937_64 random(1);
     return zipImage({
         {"mimetype", bytesOf("application/x-vnd.corel.zcf.draw.document+zip"), false},
         {"content/data/data1.dat", riffSample(8 * kMiB)},
@@ -113,6 +136,13 @@ Bytes document() {
 
 double megabytes(double bytes) {
     return bytes / 1e6;
+}
+
+int make(const std::wstring& path) {
+    const Bytes bytes = document();
+    std::ofstream file(std::filesystem::path(path), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    return file.good() ? 0 : 1;
 }
 
 int measureMemory(const std::wstring& path) {
@@ -145,8 +175,8 @@ int measureTime(const std::wstring& original) {
     const auto copy = [&](bool isFlushed) {
         check(isFlushed ? files.copyFile(path, copies[0]) : plainCopy(path, copies[0]), "a copy");
         check(plainCopy(path, copies[1]), "a copy");
-        Bytes contents;
-        check(files.readWhole(path, contents), "reading");
+        FileImage image;
+        check(files.readWhole(path, image), "reading");
     };
     const std::vector<Contender> contenders = {
         {"slimming", slim, prepare},
@@ -167,7 +197,7 @@ int measureTime(const std::wstring& original) {
 int main(int count, char** arguments) {
     const std::string command = count > 1 ? arguments[1] : "";
     const std::wstring file = wideFromUtf8(count > 2 ? arguments[2] : command);
-    if (command == "make") return realSlimFiles().writeWhole(file, document()) ? 0 : 1;
+    if (command == "make") return make(file);
     if (command == "memory") return measureMemory(file);
     return measureTime(file);
 }

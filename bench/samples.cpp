@@ -178,14 +178,15 @@ Bytes riffWithViews(std::size_t size, bool isEverywhere) {
         return stream.begin() + static_cast<std::ptrdiff_t>(position);
     };
     Bytes bytes(at(0), at(12));
-    for (std::size_t p = 12; p + 8 <= size;) {
+    // The sample is cut where its size is reached; the chunk that the cut went through stays out.
+    for (std::size_t p = 12; p + 8 <= size && p + 8 + readU32(stream, p + 4) <= size;) {
         const std::size_t views = isEverywhere ? 1 : p == 12 ? 560 : 0;
         for (std::size_t i = 0; i < views; ++i) {
             append(bytes, "bmrk");
             append32(bytes, 16);
             bytes.resize(bytes.size() + 16, 0);
         }
-        const std::size_t end = std::min(p + 8 + readU32(stream, p + 4), size);
+        const std::size_t end = p + 8 + readU32(stream, p + 4);
         bytes.insert(bytes.end(), at(p), at(end));
         p = end;
     }

@@ -133,7 +133,10 @@ std::wstring GeneratedCodeLine(const HangEvidence& evidence) {
     const auto behind =
         evidence.frames.begin() + static_cast<std::ptrdiff_t>(*evidence.generatedFrame);
     if (!std::all_of(behind, evidence.frames.end(), IsOfNoFile)) return {};
-    return L"The stack ends behind frame " + decimalUnsigned(*evidence.generatedFrame) +
+    const std::size_t above = *evidence.generatedFrame;
+    const std::wstring place =
+        above == 0 ? L"at its top" : L"behind frame " + decimalUnsigned(above);
+    return L"The stack ends " + place +
            L", in generated code (a macro, a script or .NET): what called it cannot be seen.";
 }
 

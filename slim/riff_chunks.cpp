@@ -1,8 +1,17 @@
+// A chunk and its pad byte; a list, which is a chunk that holds chunks behind its type; a stream,
+// which looks like a list of its own kind:
+//
+//   [id 4][size 4][size bytes][pad byte where the size is odd]
+//   ["LIST"][size 4][type 4][chunk][chunk]...
+//   ["RIFF"][size 4][form 4][chunk][chunk]...
+//
+// Pad bytes count in the size of the list around them, but not in their own chunk's.
 #include "slim/riff_chunks.h"
 
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -28,6 +37,17 @@ bool isEnteredList(std::uint32_t id, std::size_t size, int depth) {
     return id == kList && size >= kListTypeSize && depth + 1 < kDepthLimit;
 }
 
+// Where the next chunk starts, pad byte included. It hangs on the size just loaded, and a walk over
+// chunks would wait for one load after the other. A branch on the commonest size, that of the
+// leaves which point into other files, is predicted and lets the processor go ahead.
+constexpr std::size_t kPointerSize = 16;
+
+inline std::size_t behind(std::size_t at, std::size_t size) {
+    if (size == kPointerSize) [[likely]]
+        return at + kChunkHeaderSize + kPointerSize;
+    return at + kChunkHeaderSize + size + size % 2;
+}
+
 std::uint32_t countIn(ByteView stream, std::size_t start, std::size_t end, std::uint32_t wanted,
                       int depth) {
     if (start + kChunkHeaderSize > end) return 0;
@@ -49,93 +69,117 @@ std::uint32_t countIn(ByteView stream, std::size_t start, std::size_t end, std::
     }
 }
 
-// Rebuilds a stream without some of its chunks. What is kept is remembered as one span of the
-// source for as long as it is contiguous, and copied only when something is left out: a stream in
-// which nothing is found costs a walk over its headers.
+// Stripping goes through the headers once and only takes notes: what goes, and which lists become
+// shorter. A stream in which nothing is found costs that walk, and any other one move of what stays
+// behind the first gap, inside its own memory.
+//
+//   before   ... LIST 64  bmkt  bmrk 16 ....  bmrk 16 ....  loda 3 abc 0  ...
+//   gaps                        |<-- 24 -->|<-- 24 -->|
+//   after    ... LIST 16  bmkt  loda 3 abc 0  ...
+
+// Bytes that go. A list's new size decides whether a pad byte follows it: one may also come.
+struct Gap {
+    std::size_t at;
+    std::size_t count;
+    bool isPadded;
+
+    std::size_t end() const { return at + count; }
+};
+
+struct NewSize {
+    std::size_t at;
+    std::uint32_t size;
+};
+
 class Stripper {
   public:
     Stripper(ByteView source, std::uint32_t unwanted) : source_(source), unwanted_(unwanted) {}
 
     void strip(std::size_t start, std::size_t end, int depth);
+    /// Does to the stream, which `source` views, what was noted.
+    void apply(Bytes& stream) const;
 
     int removed() const { return removed_; }
 
-    Bytes finish() {
-        flush();
-        writeU32(out_, 4, static_cast<std::uint32_t>(out_.size() - kChunkHeaderSize));
-        return std::move(out_);
-    }
-
   private:
     std::size_t stripList(std::size_t at, std::size_t size, std::size_t end, int depth);
-
-    void keepUpTo(std::size_t position) { spanEnd_ = position; }
-    void skipTo(std::size_t position) {
-        flush();
-        spanStart_ = spanEnd_ = position;
-    }
-    std::size_t length() const { return out_.size() + (spanEnd_ - spanStart_); }
-    void flush();
+    void noteGap(Gap gap);
 
     ByteView source_;
     std::uint32_t unwanted_;
     int removed_ = 0;
-    Bytes out_;
-    std::size_t spanStart_ = 0;
-    std::size_t spanEnd_ = kRiffHeaderSize;
+    std::size_t gone_ = 0;  // modulo 2^64: more may have come than gone
+    bool isLongerAnywhere_ = false;
+    std::vector<Gap> gaps_;
+    std::vector<NewSize> newSizes_;
 };
 
-void Stripper::flush() {
-    if (out_.capacity() == 0) out_.reserve(source_.size());
-    const std::size_t at = out_.size();
-    const std::size_t count = spanEnd_ - spanStart_;
-    out_.resize(at + count);
-    if (count != 0) std::memcpy(out_.data() + at, source_.data() + spanStart_, count);
-    spanStart_ = spanEnd_;
+void Stripper::noteGap(Gap gap) {
+    gone_ += gap.count - (gap.isPadded ? 1 : 0);
+    isLongerAnywhere_ = isLongerAnywhere_ || gone_ > source_.size();
+    const bool isNext = !gaps_.empty() && gaps_.back().end() == gap.at && !gaps_.back().isPadded;
+    if (!isNext) return gaps_.push_back(gap);
+    gaps_.back().count += gap.count;
+    gaps_.back().isPadded = gap.isPadded;
 }
 
 void Stripper::strip(std::size_t start, std::size_t end, int depth) {
-    std::size_t p = start;
-    while (p + kChunkHeaderSize <= end) {
+    for (std::size_t p = start; p + kChunkHeaderSize <= end;) {
         const std::size_t size = chunkSize(source_, p);
-        if (size > end - p - kChunkHeaderSize) break;
+        if (size > end - p - kChunkHeaderSize) return;
         const std::uint32_t id = readU32(source_, p);
-        const std::size_t next = p + kChunkHeaderSize + size + size % 2;
+        const std::size_t next = behind(p, size);
         if (id == unwanted_) {
             ++removed_;
-            keepUpTo(p);
-            skipTo(std::min(next, end));
-            p = next;
+            noteGap({p, std::min(next, end) - p, false});
         } else if (isEnteredList(id, size, depth)) {
-            keepUpTo(p);
             p = stripList(p, size, end, depth);
-        } else {
-            p = next;
+            continue;
         }
+        p = next;
     }
-    keepUpTo(end);
 }
 
 // Gives the position behind the list and its pad byte.
 std::size_t Stripper::stripList(std::size_t at, std::size_t size, std::size_t end, int depth) {
     const std::size_t body = at + kChunkHeaderSize;
-    const std::size_t next = std::min(body + size + size % 2, end);
-    keepUpTo(body + kListTypeSize);
-    const std::size_t newBody = length() - kListTypeSize;
-    strip(body + kListTypeSize, body + size, depth + 1);
+    const std::size_t bodyEnd = body + size;
+    const std::size_t next = std::min(bodyEnd + size % 2, end);
+    const std::size_t goneBefore = gone_;
+    strip(body + kListTypeSize, bodyEnd, depth + 1);
 
-    const std::size_t newSize = length() - newBody;
-    if (out_.size() > newBody) writeU32(out_, newBody - 4, static_cast<std::uint32_t>(newSize));
-    const bool padIsKept = newSize % 2 != 0 && next > body + size && source_[body + size] == 0;
-    if (padIsKept) {
-        keepUpTo(next);
-        return next;
-    }
-    if (newSize % 2 == 0 && next == body + size) return next;
-    skipTo(next);
-    if (newSize % 2 != 0) out_.push_back(0);
+    const std::size_t newSize = size - (gone_ - goneBefore);
+    if (newSize != size) newSizes_.push_back({at + 4, static_cast<std::uint32_t>(newSize)});
+    const bool hasPad = next > bodyEnd;
+    const bool needsPad = newSize % 2 != 0;
+    if (hasPad != needsPad || (hasPad && source_[bodyEnd] != 0))
+        noteGap({bodyEnd, next - bodyEnd, needsPad});
     return next;
 }
+
+void Stripper::apply(Bytes& stream) const {
+    Bytes aside;  // for the odd stream that grows before it shrinks
+    if (isLongerAnywhere_) aside = stream;
+    const std::size_t length = stream.size();
+    if (isLongerAnywhere_) stream.resize(length + gaps_.size());
+    for (const NewSize& list : newSizes_)
+        writeU32(isLongerAnywhere_ ? aside : stream, list.at, list.size);
+
+    const std::uint8_t* const source = isLongerAnywhere_ ? aside.data() : stream.data();
+    std::size_t filled = gaps_.front().at;
+    for (std::size_t i = 0; i < gaps_.size(); ++i) {
+        const std::size_t from = gaps_[i].end();
+        const std::size_t count = (i + 1 < gaps_.size() ? gaps_[i + 1].at : length) - from;
+        if (gaps_[i].isPadded) stream[filled++] = 0;
+        if (count != 0) std::memmove(stream.data() + filled, source + from, count);
+        filled += count;
+    }
+    stream.resize(filled);
+    writeU32(stream, 4, static_cast<std::uint32_t>(filled - kChunkHeaderSize));
+}
+
+// Repairing goes over the top level and one level below it, and follows the parity of positions
+// rather than of sizes.
 
 // Clamps the size of the chunk at `at` so that it ends at `end` at the latest.
 std::size_t clampChunk(Bytes& stream, std::size_t at, std::size_t end) {
@@ -178,7 +222,7 @@ int stripRiffChunks(Bytes& stream, std::string_view fourcc) try {
     if (!isRiffStream(stream)) return kNotRiff;
     Stripper stripper(stream, identifier(fourcc));
     stripper.strip(kRiffHeaderSize, stream.size(), 0);
-    if (stripper.removed() != 0) stream = stripper.finish();
+    if (stripper.removed() != 0) stripper.apply(stream);
     return stripper.removed();
 } catch (const std::bad_alloc&) {
     return kStripOutOfMemory;

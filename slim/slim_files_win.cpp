@@ -100,15 +100,16 @@ std::string_view asText(ByteView bytes) {
 // Overwrites in place and cuts off what is left of longer contents: the file keeps its blocks,
 // attributes and streams.
 bool writeContents(HANDLE file, ByteView contents) {
-    return seekToStart(file) && writeAll(file, asText(contents)).isDone() && SetEndOfFile(file) &&
-           FlushFileBuffers(file);
+    if (!seekToStart(file) || !writeAll(file, asText(contents)).isDone()) return false;
+    if (!SetEndOfFile(file)) return false;
+    return FlushFileBuffers(file);
 }
 
 // Nothing was cut off before, so the former blocks are still the file's and a full disk does not
 // matter. The time of the last write comes back, too: for everybody else nothing has happened.
 void putBack(HANDLE file, const std::wstring& backup, const FileVersion& version) {
-    constexpr std::uint64_t kPart = 256 << 10;
-    static std::uint8_t part[kPart];
+    constexpr std::uint64_t kPart = 16 << 10;
+    std::uint8_t part[kPart];
     const OpenedFile source = openForReading(backup, kSizes);
     if (!source.result.isDone() || !seekToStart(file)) return;
     for (std::uint64_t left = source.size; left > 0;) {

@@ -14,9 +14,9 @@
 
 #include "app/actions.h"
 #include "app/main_window_win.h"
+#include "base/files/whole_file_win.h"
 #include "base/handle_win.h"
 #include "bench/rounds.h"
-#include "base/files/whole_file_win.h"
 #include "cloud/cache_file_win.h"
 #include "cloud/settings_win.h"
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "fuzz/require.h"
-#include "fuzz/slim/slim_model.h"
+#include "fuzz/slim/riff_model.h"
 #include "slim/riff_chunks.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

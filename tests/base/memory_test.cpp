@@ -89,7 +89,7 @@ TEST(Memory, JsonGivesNullAndNothingElse) {
 
 TEST(Memory, SlimsWhollyOrSaysWhichStepFailed) {
     const std::wstring path = L"C:\\plans\\plan.cdr";
-    const Bytes document = corpusDocument("x7-data2");
+    const Bytes document = corpusDocument("x7");
     FakeFiles expected{{{path, document}}};
     ASSERT_TRUE(slimDocument(path, {}, expected.seam()).ok);
 

@@ -18,6 +18,7 @@ OWN_CODE = ["[Blocked in a CDR core module]  Suspect module: coreldrw",
 DIAGNOSES = {
     "plugin-sleep": PLUGIN,
     "own-code": OWN_CODE,
+    "lock-held": OWN_CODE,
     "third-party": ["[Stuck in a screen-capture hook] (severity: high)", "Close the capture tool."],
 }
 NO_MATCH = "  (No signature matched - you may click 'Submit Unknown' to feed the community database anonymously.)"
@@ -37,6 +38,9 @@ def diagnose_every_hang(app, practice):
         assert (NO_MATCH in explanation) == ("severity" not in diagnosis[0]), way
         stack = [line for line in report[frames + 1:] if line.startswith("  ")]
         assert 1 <= len(stack) <= 8 and all("!" in line for line in stack), way
+        assert report.index("===== Evidence =====") == frames + len(stack) + 2, way
+        held = [line for line in report if line.startswith("[Evidence] Thread ") and "holder.cpg!" in line]
+        assert len(held) == (way == "lock-held"), way
         assert hung.process.poll() is None, way
         if way != "third-party":
             hung.close()

@@ -19,13 +19,7 @@
 IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
-
-// Its header does not declare this one as imported: the linker takes a definition of the same name.
-static Imitation<decltype(::WinHttpOpen)> WinHttpOpenImitation("winhttp.dll", "WinHttpOpen");
-HINTERNET WINAPI WinHttpOpen(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR bypass,
-                             DWORD flags) {
-    return WinHttpOpenImitation.call(agent, accessType, proxy, bypass, flags);
-}
+IMITATE("winhttp.dll", WinHttpOpen);
 
 TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     std::vector<DWORD> accessTypes;
@@ -44,7 +38,7 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileDisk, NoFailureCostsTheCacheThatIsThere) {
+TEST(HostileCacheFile, NoFailureCostsTheCacheThatIsThere) {
     const std::string before = ReadCacheFile();
     ASSERT_TRUE(WriteCacheFile("good"));
     {

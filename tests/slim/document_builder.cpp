@@ -23,6 +23,11 @@ Bytes deflated(const Bytes& contents) {
     return out;
 }
 
+std::size_t behind(ByteView image, std::size_t header) {
+    return header + zip::kCentralSize + readU16(image, header + zip::kCentralNameLength) +
+           readU16(image, header + zip::kCentralExtraLength);
+}
+
 }  // namespace
 
 Bytes corpusDocument(const std::string& name) {
@@ -66,71 +71,52 @@ Bytes riff(std::string_view form, const std::vector<Bytes>& chunks) {
     return chunk("RIFF", joined({bytesOf(form), joined(chunks)}));
 }
 
-Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags, unsigned madeBy,
-               ByteView centralExtra) {
-    Bytes image;
-    Bytes directory;
-    for (const ZipRecord& record : records) {
+// The extra field, NTFS times, goes into the central headers only.
+Bytes zipImage(const std::vector<TestEntry>& entries) {
+    Bytes image, directory;
+    for (const auto& [name, contents, isDeflated] : entries) {
+        const Bytes data = isDeflated ? deflated(contents) : contents;
         Bytes common;
-        put(common, 20, 2);
-        put(common, flags, 2);
-        put(common, record.method, 2);
-        put(common, record.time, 4);
-        put(common, record.crc, 4);
-        put(common, record.compressedSize, 4);
-        put(common, record.uncompressedSize, 4);
-        put(common, record.name.size(), 2);
+        put(common, 0x08000014, 4);  // version needed, flags
+        put(common, isDeflated ? zip::kDeflated : zip::kStored, 2);
+        put(common, 0x58314A20, 4);
+        put(common, ::crc32_z(0, contents.data(), contents.size()), 4);
+        put(common, data.size(), 4);
+        put(common, contents.size(), 4);
+        put(common, name.size(), 2);
 
         put(directory, zip::kCentralSignature, 4);
-        put(directory, madeBy, 2);
+        put(directory, 45, 2);
         put(directory, common);
-        put(directory, centralExtra.size(), 2);
+        put(directory, 36, 2);
         put(directory, Bytes(10, 0));
         put(directory, image.size(), 4);
-        put(directory, bytesOf(record.name));
-        put(directory, centralExtra);
+        put(directory, bytesOf(name));
+        put(directory, 0x0020000A, 4);
+        put(directory, Bytes(32, 7));
 
         put(image, zip::kLocalSignature, 4);
         put(image, common);
         put(image, 0, 2);
-        put(image, bytesOf(record.name));
-        put(image, record.data);
+        put(image, bytesOf(name));
+        put(image, data);
     }
     const std::size_t offset = image.size();
     put(image, directory);
     put(image, zip::kEndSignature, 4);
     put(image, 0, 4);
-    put(image, records.size(), 2);
-    put(image, records.size(), 2);
+    put(image, entries.size(), 2);
+    put(image, entries.size(), 2);
     put(image, directory.size(), 4);
     put(image, offset, 4);
     put(image, 0, 2);
     return image;
 }
 
-Bytes zipImage(const std::vector<TestEntry>& entries) {
-    std::vector<ZipRecord> records;
-    for (const auto& [name, contents, isDeflated] : entries) {
-        const auto size = static_cast<std::uint32_t>(contents.size());
-        Bytes data = isDeflated ? deflated(contents) : contents;
-        records.push_back({.name = name,
-                           .method = isDeflated ? zip::kDeflated : zip::kStored,
-                           .crc = static_cast<std::uint32_t>(::crc32(0, contents.data(), size)),
-                           .compressedSize = static_cast<std::uint32_t>(data.size()),
-                           .uncompressedSize = size,
-                           .data = std::move(data)});
-    }
-    Bytes ntfsTimes;
-    put(ntfsTimes, 0x0020000A, 4);
-    put(ntfsTimes, Bytes(32, 7));
-    return writeZip(records, 0x0800, 45, ntfsTimes);
-}
-
 std::size_t centralHeader(ByteView image, std::size_t index) {
     std::size_t at = readU32(image, image.size() - zip::kEndSize + zip::kEndDirectoryOffset);
     for (; index > 0; --index)
-        at += zip::kCentralSize + readU16(image, at + zip::kCentralNameLength) +
-              readU16(image, at + zip::kCentralExtraLength);
+        at = behind(image, at);
     return at;
 }
 
@@ -139,14 +125,13 @@ std::size_t localHeader(ByteView image, std::size_t index) {
 }
 
 Bytes overlappingZip(const std::string& firstName) {
-    std::vector<ZipRecord> records(65535, {.name = "n", .compressedSize = 100000, .data = {}});
-    records[0].name = firstName;
-    records[0].data = Bytes(100000, 'x');
-    Bytes image = writeZip(records);
+    std::vector<TestEntry> entries(65535, {"n", {}, false});
+    entries[0] = {firstName, Bytes(100000, 'x'), false};
+    Bytes image = zipImage(entries);
     std::size_t header = centralHeader(image, 0);
-    for (const ZipRecord& record : records) {
+    for (std::size_t i = 0; i < entries.size(); ++i, header = behind(image, header)) {
+        writeU32(image, header + zip::kCentralCompressedSize, 100000);
         writeU32(image, header + zip::kCentralLocalOffset, 0);
-        header += zip::kCentralSize + record.name.size();
     }
     return image;
 }

@@ -20,21 +20,6 @@ Bytes chunk(std::string_view fourcc, const Bytes& data);
 Bytes list(std::string_view type, const std::vector<Bytes>& chunks);
 Bytes riff(std::string_view form, const std::vector<Bytes>& chunks);
 
-/// An entry as both of its headers tell it.
-struct ZipRecord {
-    std::string name;
-    unsigned method = 0;
-    std::uint32_t time = 0x58314A20;
-    std::uint32_t crc = 0;
-    std::uint32_t compressedSize = 0;
-    std::uint32_t uncompressedSize = 0;
-    Bytes data;
-};
-
-/// The extra field goes into the central headers only.
-Bytes writeZip(const std::vector<ZipRecord>& records, unsigned flags = 0, unsigned madeBy = 20,
-               ByteView centralExtra = {});
-
 struct TestEntry {
     std::string name;
     Bytes contents;
