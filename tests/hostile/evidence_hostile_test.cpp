@@ -40,6 +40,7 @@ BOOL chainOf(HWCT, DWORD_PTR, DWORD flags, DWORD threadId, DWORD* count, WAITCHA
     nodes[1].ObjectType = WctMutexType;
     nodes[1].ObjectStatus = WctStatusAbandoned;
     std::fill_n(nodes[1].LockObject.ObjectName, WCT_OBJNAME_LENGTH, L'm');
+    nodes[1].LockObject.Timeout.QuadPart = -1;
     *count = told.count;
     *isCircle = TRUE;
     return TRUE;
