@@ -9,7 +9,7 @@ echo "-- making the Wine prefix ready"
 source scripts/wine_env.sh
 
 if [ -z "${DISPLAY:-}" ]; then
-    exec /usr/bin/python3 tests/e2e/play.py
+    exec /usr/bin/python3 scripts/play.py
 fi
 
 "$MIRELO_WINE" build/windows/practice/CorelDRW.exe plugin-sleep &

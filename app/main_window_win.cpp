@@ -3,15 +3,12 @@
 
 #include <windowsx.h>
 
-#include <iterator>
-#include <string_view>
-
 #include "app/actions.h"
 #include "app/actions_win.h"
 #include "app/background_update_win.h"
 #include "app/dpi_win.h"
 #include "app/guarded_action.h"
-#include "app/keyboard.h"
+#include "app/input_win.h"
 #include "app/language.h"
 #include "app/language_file_win.h"
 #include "app/strings.h"
@@ -142,6 +139,7 @@ void onCreate(MainWindow& window) {
 }
 
 void onDestroy(MainWindow& window) {
+    window.accessibility.close(window.hwnd);
     RestoreDefaultPrinterAtExit(window.session.printerSwitch,
                                 SystemPrinters(kSpoolerLimitAtExitMs));
     saveLanguage();
@@ -189,6 +187,16 @@ Layout layOut(MainWindow& window) {
     return layout;
 }
 
+void publish(MainWindow& window, const Layout& layout) {
+    if (!window.accessibility.isAsked()) return;
+    const auto before = window.accessibility.current();
+    const AccessibleSource source{
+        layout, window.state, visibleLines(window.state.log, measurerOf(window)), tr("app_title")};
+    window.accessibility.publish(
+        std::make_shared<const AccessibleTree>(buildAccessibleTree(source, before.get())),
+        window.dpiScale);
+}
+
 void onPaint(MainWindow& window) {
     PAINTSTRUCT paint{};
     BeginPaint(window.hwnd, &paint);
@@ -199,6 +207,7 @@ void onPaint(MainWindow& window) {
          window.state.focusShown ? window.state.focus : std::nullopt});
     EndPaint(window.hwnd, &paint);
     if (window.painted) SetEvent(window.painted->get());
+    publish(window, layout);
     // Once more at once, but not for ever: a target that is lost again waits for the next occasion.
     if (!painted && !window.targetLost) invalidate(window);
     window.targetLost = !painted;
@@ -247,20 +256,8 @@ ClickEffects effectsOf(MainWindow& window) {
     };
 }
 
-BOOL CALLBACK isQuestion(HWND hwnd, LPARAM found) {
-    wchar_t name[16] = L"";
-    GetClassNameW(hwnd, name, static_cast<int>(std::size(name)));
-    if (std::wstring_view(name) != L"#32770" || !IsWindowVisible(hwnd)) return TRUE;
-    *reinterpret_cast<HWND*>(found) = hwnd;
-    return FALSE;
-}
-
-// A question has no owner, so it may lie behind this window, which then looks dead.
 void showOpenQuestion(MainWindow& window) {
-    HWND question = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), isQuestion, reinterpret_cast<LPARAM>(&question));
-    if (question == nullptr) return;
-    SetForegroundWindow(question);
+    if (!bringQuestionToFront()) return;
     window.host.setStatus(L"Please answer the open question first.");
     invalidate(window);
 }
@@ -300,36 +297,25 @@ void onMouseWheel(MainWindow& window, WPARAM wParam, LPARAM lParam) {
     invalidate(window);
 }
 
-std::optional<Key> keyOf(WPARAM key) {
-    switch (key) {
-        case VK_TAB:
-            return GetKeyState(VK_SHIFT) < 0 ? Key::previous : Key::next;
-        case VK_LEFT:
-            return Key::left;
-        case VK_RIGHT:
-            return Key::right;
-        case VK_UP:
-            return Key::up;
-        case VK_DOWN:
-            return Key::down;
-        case VK_PRIOR:
-            return Key::pageUp;
-        case VK_NEXT:
-            return Key::pageDown;
-        case VK_HOME:
-            return Key::home;
-        case VK_END:
-            return Key::end;
-        case VK_SPACE:
-        case VK_RETURN:
-            return Key::act;
-        default:
-            return std::nullopt;
+// A screen reader's wish, which takes the same path as a click.
+void onElementMessage(MainWindow& window, UINT message, ElementId element) {
+    if (message == kFocusElement) {
+        window.state.focus = element;
+    } else if (window.actionRunning) {
+        showOpenQuestion(window);
+        return;
+    } else {
+        actOn(window.state, element, effectsOf(window));
     }
+    invalidate(window);
 }
 
-bool acts(WPARAM key) {
-    return key == VK_SPACE || key == VK_RETURN || key == VK_F5;
+// Whoever asks first finds the content of the window as it is now.
+LRESULT onGetObject(MainWindow& window, WPARAM wParam, LPARAM lParam) {
+    const bool wasAsked = window.accessibility.isAsked();
+    const LRESULT answer = window.accessibility.answer(window.hwnd, wParam, lParam);
+    if (!wasAsked && window.accessibility.isAsked()) publish(window, layOut(window));
+    return answer;
 }
 
 void onControlKey(MainWindow& window, WPARAM key) {
@@ -407,6 +393,14 @@ LRESULT handle(MainWindow& window, UINT message, WPARAM wParam, LPARAM lParam) {
         case kSignaturesUpdated:
             onSignaturesUpdated(window);
             return 0;
+        case kActOnElement:
+        case kFocusElement:
+            onElementMessage(window, message,
+                             {static_cast<HitKind>(wParam), static_cast<std::uint32_t>(lParam)});
+            return 0;
+        case WM_GETOBJECT:
+            if (const LRESULT answer = onGetObject(window, wParam, lParam)) return answer;
+            break;
         case WM_SETCURSOR:
             if (LOWORD(lParam) == HTCLIENT && showCursor(window)) return TRUE;
             break;
@@ -445,18 +439,6 @@ void correctSizeForDpi(HWND hwnd, UINT usedDpi) {
     moveTo(hwnd, placeAround(fromRect(old), dpi, workAreaAround(hwnd)), SWP_NOZORDER);
 }
 
-// Clicks and presses made in impatience would all act now, one after the other.
-void dropImpatientInput(HWND hwnd) {
-    MSG message;
-    while (PeekMessageW(&message, hwnd, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE) &&
-           message.message == WM_LBUTTONDOWN) {
-    }
-    while (PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_NOREMOVE) &&
-           message.message == WM_KEYDOWN && acts(message.wParam)) {
-        PeekMessageW(&message, hwnd, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
-    }
-}
-
 // Marks that an action runs, for the window and for the eye, for as long as it lives.
 class RunningAction {
   public:
@@ -467,13 +449,14 @@ class RunningAction {
     RunningAction(const RunningAction&) = delete;
     RunningAction& operator=(const RunningAction&) = delete;
     ~RunningAction() {
-        if (IsWindow(window_.hwnd)) dropImpatientInput(window_.hwnd);
+        if (IsWindow(window_.hwnd)) dropInputSince(window_.hwnd, start_);
         window_.actionRunning = false;
         showCursor(window_);
     }
 
   private:
     MainWindow& window_;
+    DWORD start_ = GetTickCount();
 };
 
 }  // namespace

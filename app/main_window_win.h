@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "app/accessibility_win.h"
 #include "app/render_win.h"
 #include "app/session.h"
 #include "app/window_state.h"
@@ -29,6 +30,7 @@ struct MainWindow {
     /// What the handlers see of this window.
     ActionHost host;
     Renderer renderer;
+    Accessibility accessibility;
     /// An action runs; its message boxes have no owner, so clicks still arrive meanwhile.
     bool actionRunning = false;
     /// The last paint lost its target.

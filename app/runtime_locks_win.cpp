@@ -66,13 +66,13 @@ int pthread_mutex_unlock(pthread_mutex_t* mutex) {
     return 0;
 }
 
-int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
-    SleepConditionVariableCS(variableOf(condition), sectionOf(mutex), INFINITE);
+int pthread_cond_wait(pthread_cond_t* cv, pthread_mutex_t* external_mutex) {
+    SleepConditionVariableCS(variableOf(cv), sectionOf(external_mutex), INFINITE);
     return 0;
 }
 
-int pthread_cond_broadcast(pthread_cond_t* condition) {
-    WakeAllConditionVariable(variableOf(condition));
+int pthread_cond_broadcast(pthread_cond_t* cv) {
+    WakeAllConditionVariable(variableOf(cv));
     return 0;
 }
 
@@ -80,13 +80,13 @@ int pthread_cond_destroy(pthread_cond_t*) {
     return 0;
 }
 
-int pthread_once(pthread_once_t* flag, void (*run)()) {
+int pthread_once(pthread_once_t* o, void (*func)()) {
     enum : long { fresh, running, done };
-    auto* const state = reinterpret_cast<volatile long*>(flag);
-    static_assert(sizeof(*flag) == sizeof(*state));
+    auto* const state = reinterpret_cast<volatile long*>(o);
+    static_assert(sizeof(*o) == sizeof(*state));
     while (*state != done) {
         if (InterlockedCompareExchange(state, running, fresh) == fresh) {
-            run();
+            func();
             InterlockedExchange(state, done);
         } else {
             Sleep(0);

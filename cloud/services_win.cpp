@@ -8,11 +8,11 @@
 
 namespace {
 
-constexpr std::string_view kKeyDigits = MIRELO_RULES_KEY;
+constexpr char kKeyDigits[] = MIRELO_RULES_KEY;
 
 // Without a key all documents count as genuine, and nothing of the cryptography is linked.
 bool IsGenuine([[maybe_unused]] std::string_view document) {
-    if constexpr (kKeyDigits.empty()) {
+    if constexpr (sizeof(kKeyDigits) == 1) {
         return true;
     } else {
         static const auto key = KeyFromHex(kKeyDigits);

@@ -1,6 +1,7 @@
 #include "diagnosis/capture_action.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "base/text.h"
 #include "diagnosis/match.h"
@@ -38,10 +39,16 @@ void LogTopFrames(const ActionHost& host, const std::vector<StackFrame>& frames)
     host.appendLog(L"");
 }
 
-void LogEvidence(const ActionHost& host, const CaptureSensors& sensors,
-                 const HangEvidence& evidence) {
-    const std::vector<std::wstring> lines =
-        EvidenceLines(evidence, {sensors.systemFiles, sensors.evidence.fileFacts});
+// Whatever becomes of the evidence, the diagnosis has been told.
+std::vector<std::wstring> FindEvidence(const CaptureSensors& sensors, const CapturedHang& hang,
+                                       const HangPlace& earlier) noexcept try {
+    return EvidenceLines(GatherEvidence(sensors.evidence, hang, earlier),
+                         {sensors.systemFiles, sensors.evidence.fileFacts});
+} catch (const std::exception&) {
+    return {};
+}
+
+void LogEvidence(const ActionHost& host, const std::vector<std::wstring>& lines) {
     if (lines.empty()) return;
     host.appendLog(L"===== Evidence =====");
     for (const std::wstring& line : lines)
@@ -107,7 +114,6 @@ void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
     host.appendLog(L"===== Diagnosis =====");
     LogDiagnosis(host, diagnosis, suspect);
     LogTopFrames(host, frames);
-    LogEvidence(host, sensors,
-                GatherEvidence(sensors.evidence,
-                               {last.place, attempt.capture, suspect, attempt.probe}, earlier));
+    LogEvidence(host, FindEvidence(sensors, {last.place, attempt.capture, suspect, attempt.probe},
+                                   earlier));
 }

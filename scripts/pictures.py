@@ -16,8 +16,8 @@ sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 
 import first_aid
 import staging
-from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
-                    Practice, WineBox, closing)
+from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
+                    Practice, WineBox, closing, interrupt_as_exit)
 
 PICTURES = ROOT / "docs" / "images"
 SCALE = 2
@@ -34,8 +34,11 @@ CACHES = {
 }
 AGE_S = 30 * 24 * 3600  # what is younger than a day stays
 PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
-DOCUMENTS = {"catalogue.cdr": staging.document(560, 200), "poster.cdr": staging.document(40, payload=800000),
-             "logo.cdr": staging.document(0, 0, 0)}
+DOCUMENTS = {
+    "catalogue.cdr": staging.document(560, 200, payload=300_000, leaves=5000),
+    "poster.cdr": staging.document(40, payload=800_000),
+    "logo.cdr": staging.document(0, 0, 0),
+}
 
 # A quiet frame in the window manager, as large as the letters.
 THEME = """border.width: 2
@@ -226,6 +229,7 @@ def a_user_of_their_own():
 
 
 def main(names):
+    interrupt_as_exit()
     with a_user_of_their_own() as wine:
         for name in names or SCENES:
             SCENES[name](wine)

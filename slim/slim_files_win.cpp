@@ -108,8 +108,8 @@ bool writeContents(HANDLE file, ByteView contents) {
 // Nothing was cut off before, so the former blocks are still the file's and a full disk does not
 // matter. The time of the last write comes back, too: for everybody else nothing has happened.
 void putBack(HANDLE file, const std::wstring& backup, const FileVersion& version) {
-    constexpr std::uint64_t kPart = 256 << 10;
-    static std::uint8_t part[kPart];
+    constexpr std::uint64_t kPart = 16 << 10;
+    std::uint8_t part[kPart];
     const OpenedFile source = openForReading(backup, kSizes);
     if (!source.result.isDone() || !seekToStart(file)) return;
     for (std::uint64_t left = source.size; left > 0;) {

@@ -31,7 +31,7 @@ struct BackupContext {
     std::function<Now()> now;
 };
 
-/// A sign of life in the status text, about once a second while files are moved.
+/// A sign of life in the status text, at most once a second while files are moved.
 class MovingStatus {
   public:
     MovingStatus(const ActionHost& host, const BackupContext& context, std::wstring verb,
@@ -48,7 +48,7 @@ class MovingStatus {
     const std::wstring verb_;
     const std::uint64_t total_;
     std::uint64_t done_ = 0;
-    FileTicks told_;
+    FileTicks nextTime_;
     bool isShown_ = false;
 };
 

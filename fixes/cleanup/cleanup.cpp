@@ -236,8 +236,11 @@ void CleanUp(const ActionHost& host, const BackupContext& context) {
                                     L"thumbnail caches of CorelDRAW were found."));
         return;
     }
-    const FilesTotal held = TotalBelow(
-        context.files, ListBackups(context.files, context.homes, kCleanupBackup).folders);
+    std::vector<std::wstring> older =
+        ListBackups(context.files, context.homes, kCleanupBackup).folders;
+    for (std::wstring& folder : older)
+        folder += L"\\" + std::wstring(kBackupFilesFolder);
+    const FilesTotal held = TotalBelow(context.files, std::move(older));
     const std::wstring backup =
         NewBackupFolder(context.files, context.homes, kCleanupBackup, context.now().local);
     if (!host.confirm(CleanupQuestion(plan, backup, held, running.coreldraw),

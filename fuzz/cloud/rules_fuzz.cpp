@@ -1,16 +1,11 @@
-// Any bytes as a rule document: merged, matched against stacks made of its own patterns, and
-// written into the report as a capture writes it.
+// Any bytes as a rule document: merged, and matched against stacks made of its own patterns.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
 
-#include "app/palette.h"
-#include "app/report_log.h"
-#include "base/text.h"
 #include "cloud/rule_signature.h"
-#include "diagnosis/capture_action.h"
 #include "diagnosis/match.h"
 #include "diagnosis/rules.h"
 #include "fuzz/require.h"
@@ -45,28 +40,6 @@ void CheckMatch(const SignatureRuleBase& base, const SignatureRule& rule) {
     require(diagnosis.rule->category == rule.category, "a rule matches its own category only");
 }
 
-void DrawCapture(const SignatureRuleBase& base, const SignatureRule& rule) {
-    ReportLog log;
-    log.panel = {0, 0, 400, 300};
-    const ActionHost host{[&](std::wstring text) { appendLine(log, std::move(text)); }, {}, {}};
-    const CaptureSensors sensors{[](WindowHandle, unsigned) { return false; },
-                                 [&](std::uint32_t, std::uint32_t) {
-                                     return CaptureResult{true, {}, {FrameFor(rule)}};
-                                 },
-                                 kNoSystemFiles};
-    const CdrInstance instance;
-    LastCapture last;
-    OnCaptureNow(host, &instance, base, sensors, last);
-
-    const MeasureText measure = [](const std::wstring& text, TextStyle, float maxWidthDip) {
-        return TextSize{maxWidthDip, 17.0F * (1.0F + static_cast<float>(text.size() / 40))};
-    };
-    require(!visibleLines(log, measure).empty(), "a line is visible");
-    for (const std::wstring& line : log.lines)
-        require(logLineColour(line) < Colour::panel, "a line has a colour of its own");
-    utf8FromWide(joinedLines(log, linesToCopy(log)));
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -85,9 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(base.rules.size() == ruleCount && base.version == version, "twice is once");
     }
     const std::size_t checked = std::min<std::size_t>(base.rules.size(), 16);
-    for (std::size_t i = 0; i < checked; ++i) {
+    for (std::size_t i = 0; i < checked; ++i)
         CheckMatch(base, base.rules[i]);
-        DrawCapture(base, base.rules[i]);
-    }
     return 0;
 }

@@ -49,7 +49,8 @@ std::filesystem::path PlainPracticeProgram() {
 
 PracticeProcess::PracticeProcess(const std::wstring& way, const std::filesystem::path& program)
     : name_(FreshName()), job_(EndingJob()), ready_(OpenSignal(name_, L"ready")) {
-    std::wstring command = L"\"" + program.wstring() + L"\" " + way + L" --name " + name_;
+    std::wstring command =
+        L"\"" + program.wstring() + L"\" " + way + L" --name " + name_ + L" --lifetime-s 7200";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
@@ -92,9 +93,7 @@ bool PracticeProcess::await(const wchar_t* event) const {
 int PracticeProcess::heldThreads() const {
     int held = 0;
     for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
-        const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, id));
-        if (SuspendThread(thread.get()) != 0) ++held;
-        ResumeThread(thread.get());
+        if (SuspendCount(id) != 0) ++held;
     }
     return held;
 }
@@ -107,16 +106,6 @@ bool PracticeProcess::end() {
     TerminateProcess(process.get(), 1);
     WaitForSingleObject(process.get(), kLimitMs);
     return false;
-}
-
-void Forbid(HANDLE processOrThread) {
-    // A list without an entry grants nothing to anybody.
-    ACL nobody{};
-    SECURITY_DESCRIPTOR descriptor{};
-    EXPECT_TRUE(InitializeAcl(&nobody, sizeof nobody, ACL_REVISION) &&
-                InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
-                SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE) &&
-                SetKernelObjectSecurity(processOrThread, DACL_SECURITY_INFORMATION, &descriptor));
 }
 
 DWORD SuspendCount(DWORD threadId) {

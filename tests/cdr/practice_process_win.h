@@ -50,8 +50,5 @@ class PracticeProcess {
     DWORD pid_ = 0;
 };
 
-/// From now on nobody gets a new handle to the process or thread, as security software has it.
-void Forbid(HANDLE processOrThread);
-
 /// How often the thread is held suspended.
 DWORD SuspendCount(DWORD threadId);

@@ -6,18 +6,15 @@
 
 namespace {
 
-std::string Shown(const SignatureRule& rule) {
-    std::string text = rule.id + " " + std::to_string(static_cast<int>(rule.category));
-    for (const std::wstring& field :
-         {rule.module, rule.func, rule.title, rule.severity, rule.advice})
-        text.append("|").append(utf8FromWide(field));
-    return text;
-}
-
 std::string Shown(const SignatureRuleBase& base) {
     std::string text = "version " + std::to_string(base.version) + "\n";
-    for (const SignatureRule& rule : base.rules)
-        text += Shown(rule) + "\n";
+    for (const SignatureRule& rule : base.rules) {
+        text += rule.id + " " + std::to_string(static_cast<int>(rule.category));
+        for (const auto* field :
+             {&rule.module, &rule.func, &rule.title, &rule.severity, &rule.advice})
+            text += "|" + utf8FromWide(*field);
+        text += "\n";
+    }
     return text;
 }
 
@@ -29,22 +26,6 @@ SignatureRuleBase BaseOfVersion(int version) {
 }
 
 }  // namespace
-
-TEST(Rules, StartWithTheBuiltInFour) {
-    SignatureRuleBase base = BaseOfVersion(7);
-    base.rules.resize(9);
-    LoadBuiltInRules(base);
-    EXPECT_EQ(base.version, 7);
-    ASSERT_EQ(base.rules.size(), 4U);
-    const char* const starts[] = {
-        "print-spool-001 1|||Stuck in print spooling|high|Your default printer",
-        "font-enum-001 2|||Stuck in font enumeration/rendering|high|Too many system fonts,",
-        "ole-clipboard-001 3|ole||Stuck in OLE/clipboard data exchange|medium|Most likely",
-        "plugin-001 0|||Stuck in a third-party plugin|high|The block happens",
-    };
-    for (std::size_t i = 0; i < 4; ++i)
-        EXPECT_TRUE(Shown(base.rules[i]).starts_with(starts[i])) << Shown(base.rules[i]);
-}
 
 TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
     for (const char* text :
@@ -85,45 +66,20 @@ TEST(MergeRuleDocument, KeepsTheNewestVersion) {
     }
 }
 
-TEST(MergeRuleDocument, ReadsEveryFieldAndItsDefault) {
-    const struct {
-        const char* element;
-        const char* rule;
-    } cases[] = {
-        {R"("category":"font","module":"m","func":"f","severity":"high","advice":"x","more":[1])",
-         "a 2|m|f|t|high|x"},
-        {R"("severity":3,"module":4,"func":null,"advice":{},"category":1)", "a 7|||t|medium|"},
-        {R"("severity":"","module":"字体","func":"\uD83D\uDE00","advice":"😀")", "a 7|字体|😀|t||😀"},
-        {R"("category":"plugin")", "a 0|||t|medium|"},
-        {R"("category":"print")", "a 1|||t|medium|"},
-        {R"("category":"Print")", "a 7|||t|medium|"},
-        {R"("category":"ole")", "a 3|||t|medium|"},
-        {R"("category":"cdr_core")", "a 4|||t|medium|"},
-        {R"("category":"third_party")", "a 5|||t|medium|"},
-        {R"("category":"system_only")", "a 6|||t|medium|"},
-    };
-    for (const auto& [element, rule] : cases) {
-        SignatureRuleBase base;
-        EXPECT_TRUE(MergeRuleDocument(
-            base, std::string(R"({"rules":[{"id":"a","title":"t",)") + element + "}]}"));
-        ASSERT_EQ(base.rules.size(), 1U) << element;
-        EXPECT_EQ(Shown(base.rules[0]), rule);
-    }
-}
-
 TEST(MergeRuleDocument, ReplacesInPlaceAndAppends) {
     SignatureRuleBase base = BaseOfVersion(0);
     ASSERT_TRUE(MergeRuleDocument(base, R"({"version":3,"rules":[
         {"id":"Größe","title":"first"},
         "skipped",
-        {"id":"font-enum-001","title":"fonts","func":"EnumFonts"},
-        {"id":"FONT-ENUM-001","title":"another id"},
-        {"id":"Größe","title":"second"},
+        {"id":"font-enum-001","title":"字体","func":"\uD83D\uDE00","category":"third_party"},
+        {"id":"FONT-ENUM-001","title":"t","category":"Font","severity":3,"module":4,"advice":{}},
+        {"id":"Größe","title":"s","category":"font","module":"m","severity":"","advice":"x"},
         {"title":"without id"}]})"));
-    SignatureRuleBase expected = BaseOfVersion(3);
-    constexpr auto kUnknown = FrameCategory::unknown;
-    expected.rules[1] = {"font-enum-001", kUnknown, L"", L"EnumFonts", L"fonts", L"medium", L""};
-    expected.rules.push_back({"Größe", kUnknown, L"", L"", L"second", L"medium", L""});
-    expected.rules.push_back({"FONT-ENUM-001", kUnknown, L"", L"", L"another id", L"medium", L""});
-    EXPECT_EQ(Shown(base), Shown(expected));
+    const std::string kept = Shown(BaseOfVersion(0));
+    const std::size_t second = kept.find("font-enum-001");
+    const std::size_t third = kept.find("ole-clipboard-001 3|ole|");
+    ASSERT_LT(second, third);
+    EXPECT_EQ(Shown(base), "version 3" + kept.substr(9, second - 9) +
+                               "font-enum-001 5||😀|字体|medium|\n" + kept.substr(third) +
+                               "Größe 2|m||s||x\nFONT-ENUM-001 7|||t|medium|\n");
 }

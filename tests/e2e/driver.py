@@ -4,7 +4,6 @@ through the clipboard, screenshots of what is seen."""
 import contextlib
 import os
 import pathlib
-import signal
 import subprocess
 import time
 
@@ -19,7 +18,7 @@ REFRESH, SCAN, CAPTURE, DASHBOARD, PRINTER = 500, 501, 502, 503, 504
 CLEANUP, RESTORE, SETTINGS, SLIM = 505, 506, 507, 508
 UPDATE, SUBMIT, NETWORK = 509, 510, 511
 COPY, CLEAR, WEBSITE = 980, 981, 9001
-TAB, INSTANCE, LANGUAGE = 300, 4000, 4100
+TAB, LANGUAGE = 300, 4100
 ACCENT, PANEL, SELECTED = "#E8590C", "#E9EDF2", "#FDEEE6"
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
@@ -52,9 +51,9 @@ def stop(process):
 
 
 class Desktop:
-    """A display of its own, with a window manager for title bars and focus."""
+    """A display of its own, with a window manager for title bars and focus, and room for a taskbar at its foot."""
 
-    def __init__(self, width=2200, height=1900):
+    def __init__(self, width=2200, height=1900, taskbar=0):
         self._processes = []
         reader, writer = os.pipe()
         server = subprocess.Popen(
@@ -67,8 +66,12 @@ class Desktop:
         if not number:
             raise RuntimeError("no virtual display")
         self.environment = dict(os.environ, DISPLAY=f":{number}")
+        OUTPUT.mkdir(parents=True, exist_ok=True)
+        settings = OUTPUT / f"openbox-{number}.xml"
+        settings.write_text('<openbox_config xmlns="http://openbox.org/3.4/rc"><margins>'
+                            f"<bottom>{taskbar}</bottom></margins></openbox_config>")
         self._processes.append(subprocess.Popen(
-            ["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+            ["openbox", "--config-file", settings], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         wait_for(lambda: "_NET_SUPPORTING_WM_CHECK" in self.run("xprop", "-root"), "window manager")
 
     def close(self):
@@ -171,8 +174,9 @@ class Mirelo:
 
     TITLE = "^Mirelo v0.2 - "
 
-    def __init__(self, wine, language=4, dpi=96, program=None):
-        self.wine, self.desktop, self.dpi = wine, wine.desktop, dpi
+    def __init__(self, wine, language=4, dpi=96, program=None, by_keyboard=False):
+        self.wine, self.desktop, self.dpi, self.by_keyboard = wine, wine.desktop, dpi, by_keyboard
+        self._focus = None
         self.tab, self.language, self.instances = DIAGNOSE_TAB, language, 0
         if language is not None:
             wine.tool_folder.mkdir(parents=True, exist_ok=True)
@@ -235,7 +239,19 @@ class Mirelo:
         self.desktop.run("xdotool", "click", str(button))
 
     def click(self, ident):
-        self.click_at(*self.element(ident).centre)
+        if self.by_keyboard:
+            self._press(ident)
+        else:
+            self.click_at(*self.element(ident).centre)
+
+    def _press(self, ident):
+        """Tab, as often as it takes in reading order, or Shift+Tab, and then Enter."""
+        stops = sorted((e for e in self.elements() if e.id >= TAB), key=lambda e: (e.y, e.x))
+        order = [e.id for e in stops] + ["report"]
+        here = order.index(self._focus) if self._focus in order else -1
+        steps = order.index(ident) - here
+        self.key(*["Tab" if steps > 0 else "shift+Tab"] * abs(steps), "Return")
+        self._focus = ident
 
     def show(self, tab):
         """Shows a page and waits until its tab is painted as the current one."""
@@ -266,12 +282,19 @@ class Mirelo:
         """The client area as it is seen."""
         return self.desktop.screenshot(name, self.window)
 
+    def colours(self):
+        """All colours of the client area as it is seen, "#RRGGBB"."""
+        command = f"import -silent -window {self.window} -depth 8 -format %c histogram:info:-"
+        return {word for word in self.desktop.run(*command.split()).split() if word.startswith("#")}
+
     def choose_language(self, position):
         self.click(LANGUAGE + position)
         self.language = position
 
     def key(self, *keys):
-        self.desktop.run("xdotool", "windowfocus", "--sync", self.window, "key", *keys)
+        # As Alt+Tab does: where no click activates the window, the window manager must.
+        come = "windowactivate" if self.by_keyboard else "windowfocus"
+        self.desktop.run("xdotool", come, "--sync", self.window, "key", *keys)
 
     def _copy(self, keys, limit_s):
         """What a press of the keys puts on the clipboard; None when nothing comes in time."""
@@ -298,7 +321,11 @@ class Mirelo:
         self.instances = len(self.desktop.windows("^CorelDRAW "))
 
     def refresh(self):
-        self.click(REFRESH)
+        if self.by_keyboard:
+            self.key("F5")
+        else:
+            self.click(REFRESH)
+        self.report()  # clicks while it refreshes would be dropped
         self.count_instances()
 
     def _put_names(self, box, text):
@@ -345,7 +372,3 @@ def closing(thing):
         yield thing
     finally:
         thing.close()
-
-
-def interrupt_as_exit():
-    signal.signal(signal.SIGTERM, lambda *_: (_ for _ in ()).throw(SystemExit(1)))

@@ -21,11 +21,14 @@
 #include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 
+IMITATE("kernel32.dll", GetProcessIdOfThread);
 IMITATE("kernel32.dll", GetThreadContext);
 IMITATE("kernel32.dll", GetTickCount64);
 IMITATE("kernel32.dll", K32GetModuleFileNameExW);
+IMITATE("kernel32.dll", OpenProcess);
 IMITATE("kernel32.dll", ReadProcessMemory);
 IMITATE("kernel32.dll", SleepConditionVariableSRW);
+IMITATE("kernel32.dll", SuspendThread);
 IMITATE("dbghelp.dll", StackWalk64);
 IMITATE("dbghelp.dll", SymCleanup);
 IMITATE("dbghelp.dll", SymFromAddrW);
@@ -58,18 +61,17 @@ class HostileCapture : public ::testing::Test {
   protected:
     static void SetUpTestSuite() { all = std::make_unique<All>(); }
     static void TearDownTestSuite() { all.reset(); }
-    void TearDown() override { expectToGoOn("at the end"); }
+    void TearDown() override { expectToGoOn(); }
 
     static CaptureResult capture() {
         return CaptureMainThreadStack(all->target.pid, all->target.mainThreadId);
     }
 
-    static void expectToGoOn(const char* after) {
-        EXPECT_EQ(SuspendCount(all->target.mainThreadId), 1U) << after;
+    static void expectToGoOn() {
+        EXPECT_EQ(SuspendCount(all->target.mainThreadId), 1U);
         const CaptureResult next = capture();
-        EXPECT_EQ(next.error, L"") << after;
-        EXPECT_EQ(FindSuspect(next.frames, kSystemFiles).module, L"slowfilter.cpg") << after;
-        EXPECT_EQ(SuspendCount(all->target.mainThreadId), 1U) << after;
+        EXPECT_EQ(FindSuspect(next.frames, kSystemFiles).module, L"slowfilter.cpg") << next.error;
+        EXPECT_EQ(SuspendCount(all->target.mainThreadId), 1U);
     }
 
     struct All {
@@ -98,28 +100,37 @@ class HostileCapture : public ::testing::Test {
 }  // namespace
 
 TEST_F(HostileCapture, EndsAloneWhateverFails) {
+    constexpr const wchar_t* kNoProcess =
+        L"Cannot open the CDR process (insufficient rights). Make sure CDR and this tool run as "
+        L"the same user.";
+    constexpr const wchar_t* kNoThread =
+        L"Cannot access the CDR main thread. It may be protected by security software - try "
+        L"whitelisting Mirelo.";
     const struct {
-        const char* what;
         const wchar_t* error;
         std::function<std::shared_ptr<void>()> fault;
     } cases[] = {
-        {"a crash while registering", kWalkFailed,
-         [] { return staged(SymInitializeImitation, crash); }},
-        {"no context", L"Failed to read thread context.",
-         [] { return staged(GetThreadContextImitation, fail); }},
-        {"no frame", kWalkFailed, [] { return staged(StackWalk64Imitation, fail); }},
-        {"a crash while walking", kWalkFailed, [] { return staged(StackWalk64Imitation, crash); }},
-        {"a crash in a look-up", kWalkFailed, [] { return staged(SymFromAddrWImitation, crash); }},
-        {"an exception", kWalkFailed,
+        {kWalkFailed, [] { return staged(SymInitializeImitation, crash); }},  // not yet registered
+        {kNoProcess, [] { return staged(OpenProcessImitation, [](auto...) { return HANDLE(); }); }},
+        {kNoThread, [] { return staged(GetProcessIdOfThreadImitation, fail); }},
+        {L"Failed to suspend the thread, please retry.",
+         [] { return staged(SuspendThreadImitation, [](auto) { return DWORD(-1); }); }},
+        {L"Failed to read thread context.", [] { return staged(GetThreadContextImitation, fail); }},
+        {kWalkFailed, [] { return staged(StackWalk64Imitation, fail); }},
+        {kWalkFailed, [] { return staged(StackWalk64Imitation, crash); }},
+        {kWalkFailed, [] { return staged(SymFromAddrWImitation, crash); }},
+        {kWalkFailed,
          [] { return staged(StackWalk64Imitation, [](auto...) -> BOOL { throw 5; }); }},
     };
-    for (const auto& c : cases) {
+    int number = 0;
+    for (const auto& [error, fault] : cases) {
+        SCOPED_TRACE(++number);
         {
             const auto crashesToo = staged(SymCleanupImitation, crash);
-            const auto fault = c.fault();
-            EXPECT_EQ(capture().error, c.error) << c.what;
+            const auto fails = fault();
+            EXPECT_EQ(capture().error, error);
         }
-        expectToGoOn(c.what);
+        expectToGoOn();
     }
 }
 
@@ -134,12 +145,13 @@ TEST_F(HostileCapture, IsCutShortByTheWatchdog) {
                              if (GetCurrentThreadId() == self || ms == INFINITE)
                                  return windows.real(changed, lock, ms, flags);
                              patienceMs = ms;
-                             while (lookUps == 0)
+                             do
                                  windows.real(changed, lock, 1, flags);
+                             while (lookUps == 0);
                              return FALSE;
                          });
     const Staged blocks(SymFromAddrWImitation, [&](auto...) {
-        ++lookUps;
+        if (++lookUps > 1) return FALSE;
         const ULONGLONG endMs = GetTickCount64() + kLimitMs;
         while (SuspendCount(all->target.mainThreadId) > 1 && GetTickCount64() < endMs)
             SwitchToThread();
@@ -155,7 +167,7 @@ TEST_F(HostileCapture, DoesNotWaitForSymbolsWhileTheThreadStands) {
     const auto isGivenUp = [] {
         return all->callback(nullptr, CBA_DEFERRED_SYMBOL_LOAD_CANCEL, 0, 0) != FALSE;
     };
-    expectToGoOn("before");
+    expectToGoOn();
     const Staged walks(StackWalk64Imitation, [&](auto... arguments) {
         EXPECT_FALSE(isGivenUp());
         const Staged late(GetTickCount64Imitation,
@@ -169,16 +181,14 @@ TEST_F(HostileCapture, DoesNotWaitForSymbolsWhileTheThreadStands) {
 }
 
 TEST_F(HostileCapture, LeavesSymbolsOnOtherMachinesAlone) {
-    // Every image of the target names a symbol file of \\server.
+    // Every image of the target names a symbol file of \\\\server.
     const auto read = [](HANDLE process, LPCVOID from, LPVOID to, SIZE_T size, SIZE_T* done) {
-        IMAGE_DEBUG_DIRECTORY entry{};
-        entry.Type = IMAGE_DEBUG_TYPE_CODEVIEW;
-        entry.AddressOfRawData = 0x2000;
+        const IMAGE_DEBUG_DIRECTORY entry{0, 0, 0, 0, IMAGE_DEBUG_TYPE_CODEVIEW, 0, 0x2000, 0};
         const std::string name = "RSDS" + std::string(20, 'x') + "\\\\server";
         const ULONG_PTR offset = reinterpret_cast<ULONG_PTR>(from) & 0xFFFF;
-        *done = size;
-        if (offset == 0x1000) return std::memcpy(to, &entry, size) != nullptr ? TRUE : FALSE;
-        if (offset == 0x2000) return std::memcpy(to, name.data(), size) != nullptr ? TRUE : FALSE;
+        if (offset == 0x1000) from = &entry;
+        if (offset == 0x2000) from = name.data();
+        if (offset == 0x1000 || offset == 0x2000) process = GetCurrentProcess();
         const BOOL isRead = ReadProcessMemoryImitation.real(process, from, to, size, done);
         if (size == sizeof(IMAGE_NT_HEADERS64))
             static_cast<IMAGE_NT_HEADERS64*>(to)->OptionalHeader.DataDirectory[6] = {0x1000, 28};
@@ -186,48 +196,45 @@ TEST_F(HostileCapture, LeavesSymbolsOnOtherMachinesAlone) {
     };
     const Staged reads(ReadProcessMemoryImitation, read);
     int loads = 0;
-    const Staged loading(SymLoadModuleExWImitation, [&](auto&&... arguments) {
+    const Staged loading(SymLoadModuleExWImitation, [&](auto... arguments) {
         ++loads;
         EXPECT_EQ(std::get<7>(std::tie(arguments...)), 4U);
-        return std::get<4>(std::tie(arguments...));
+        return DWORD64(1);
     });
     capture();
     EXPECT_GT(loads, 5);
 }
 
-TEST_F(HostileCapture, BlamesTheSameWhateverTheLibraryKnows) {
+TEST_F(HostileCapture, BlamesAPlugInByItsFileWhateverTheLibraryKnows) {
     const std::wstring longPath = L"C:\\" + std::wstring(300, L'x') + L"\\slowfilter.cpg";
     const std::wstring realPath = PracticeProgram().parent_path() / L"slowfilter.cpg";
-    const Staged nameless(SymFromAddrWImitation, fail);
-    // No record of the library has room for such a path, and extensions are dropped.
-    const Staged names(K32GetModuleFileNameExWImitation, [&](HANDLE process, HMODULE module,
-                                                             LPWSTR path, DWORD room) {
-        const DWORD length = K32GetModuleFileNameExWImitation.real(process, module, path, room);
-        if (std::wstring_view(path, length) != realPath) return length;
-        return static_cast<DWORD>(longPath.copy(path, room));
-    });
-    const Staged loads(SymLoadModuleExWImitation, [&](HANDLE process, HANDLE file, PCWSTR path,
-                                                      PCWSTR, auto... others) {
+    const Staged names(
+        K32GetModuleFileNameExWImitation, [&](auto process, auto module, LPWSTR path, DWORD room) {
+            const DWORD length = K32GetModuleFileNameExWImitation.real(process, module, path, room);
+            const bool isPlugIn = std::wstring_view(path, length) == realPath;
+            return isPlugIn ? static_cast<DWORD>(longPath.copy(path, room)) : length;
+        });
+    const Staged loads(SymLoadModuleExWImitation, [&](auto process, auto file, PCWSTR path, PCWSTR,
+                                                      auto... others) {
         EXPECT_EQ(path, L"\\\\?\\" + longPath);
         return SymLoadModuleExWImitation.real(process, file, realPath.c_str(), nullptr, others...);
     });
-    {
-        const Staged cuts(SymGetModuleInfoW64Imitation, [&](auto... arguments) {
-            const BOOL isKnown = SymGetModuleInfoW64Imitation.real(arguments...);
-            IMAGEHLP_MODULEW64& module = *std::get<2>(std::tie(arguments...));
-            if (module.ImageName != realPath) return isKnown;
+    const Staged nameless(SymFromAddrWImitation, fail);
+    bool knowsModules = true;
+    const Staged cuts(SymGetModuleInfoW64Imitation, [&](auto... arguments) {
+        const BOOL isKnown = SymGetModuleInfoW64Imitation.real(arguments...);
+        IMAGEHLP_MODULEW64& module = *std::get<2>(std::tie(arguments...));
+        if (module.ImageName == realPath) {
             std::wmemcpy(module.ModuleName, L"slowfilter", 11);
             longPath.copy(module.ImageName, 255);
-            return isKnown;
-        });
-        const SuspectFrame suspect = FindSuspect(capture().frames, kSystemFiles);
-        EXPECT_EQ(suspect.module, L"slowfilter.cpg");
-        EXPECT_EQ(suspect.frame.imagePath, longPath);
-    }
-    const Staged none(SymGetModuleInfoW64Imitation, fail);
-    const SuspectFrame unknown = FindSuspect(capture().frames, kSystemFiles);
-    EXPECT_EQ(unknown.category, FrameCategory::thirdParty);
-    EXPECT_EQ(unknown.module, L"");
+        }
+        return knowsModules ? isKnown : FALSE;
+    });
+    const SuspectFrame suspect = FindSuspect(capture().frames, kSystemFiles);
+    EXPECT_EQ(suspect.module, L"slowfilter.cpg");
+    EXPECT_EQ(suspect.frame.imagePath, longPath);
+    knowsModules = false;
+    EXPECT_EQ(FindSuspect(capture().frames, kSystemFiles).category, FrameCategory::thirdParty);
 }
 
 // Run by the test below in a process of its own.
@@ -260,6 +267,59 @@ TEST_F(HostileCapture, SurvivesTheEndOfMirelo) {
         EXPECT_EQ(_spawnl(_P_WAIT, _pgmptr, "mirelo", "--gtest_also_run_disabled_tests",
                           "--gtest_filter=DISABLED_Mirelo.*", nullptr),
                   3);
-        expectToGoOn(way);
+        expectToGoOn();
     }
+}
+
+TEST(Capture, FindsWhatHangsAndLetsItGoOn) {
+    constexpr const wchar_t* kSystem = L"System-level wait (submit to analyze further)";
+    const struct {
+        const wchar_t* way;
+        const wchar_t* suspect;
+        const wchar_t* function;
+    } cases[] = {{L"print", L"acmeprintdrv", L"AskPrinterForTrays"},
+                 {L"deep-stack", L"coreldrw", L"OpenGroup"},
+                 {L"system-wait", kSystem, nullptr}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.way);
+        const PracticeProcess practice(c.way);
+        const CdrInstance target = practice.listed();
+        const CaptureResult capture = CaptureMainThreadStack(target.pid, target.mainThreadId);
+        EXPECT_EQ(SuspendCount(target.mainThreadId), 0U);
+        const SuspectFrame suspect = FindSuspect(capture.frames, kSystemFiles);
+        EXPECT_EQ(suspect.module, c.suspect);
+        if (c.function != nullptr) {
+            EXPECT_EQ(suspect.frame.function, c.function);
+            EXPECT_LT(suspect.frame.displacement - 1, 255U);
+            EXPECT_GT(suspect.frame.line, 0U);
+            EXPECT_TRUE(suspect.frame.sourceFile.ends_with(L".cpp"));
+            EXPECT_EQ(suspect.frame.imagePath.find(PracticeProgram().parent_path().wstring()), 0U);
+        }
+        const bool isWhole = capture.frames.back().function == L"RtlUserThreadStart";
+        EXPECT_EQ(isWhole, capture.frames.size() != 64) << capture.frames.size();
+        practice.signal(L"release");
+        EXPECT_TRUE(practice.await(L"released"));
+    }
+}
+
+TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
+    PracticeProcess practice(L"late-plugin");
+    const CdrInstance target = practice.listed();
+    const auto suspect = [&] {
+        return FindSuspect(CaptureMainThreadStack(target.pid, target.mainThreadId).frames,
+                           kSystemFiles);
+    };
+    const SuspectFrame early = suspect();
+    EXPECT_EQ(early.module, L"screenhook");
+    practice.signal(L"next");
+    ASSERT_TRUE(practice.await(L"ready2"));
+    const SuspectFrame late = suspect();
+    EXPECT_EQ(late.module, L"slowfilter.cpg");
+    EXPECT_EQ(late.frame.function, L"ApplySlowFilter");
+    EXPECT_EQ(late.frame.address >> 16, early.frame.address >> 16) << "not the same base";
+
+    // Neither the registration nor a foreign handle keeps an ended process in reach.
+    const KernelHandle held(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, target.pid));
+    practice.end();
+    EXPECT_FALSE(CaptureMainThreadStack(target.pid, target.mainThreadId).error.empty());
 }

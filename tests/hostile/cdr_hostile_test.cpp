@@ -3,18 +3,72 @@
 
 #include <gtest/gtest.h>
 #include <psapi.h>
+#include <tlhelp32.h>
 
+#include <cwchar>
+#include <string>
 #include <string_view>
 
 #include "cdr/instances_win.h"
 #include "cdr/metrics_win.h"
+#include "cdr/responsiveness_win.h"
 #include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 
 IMITATE("kernel32.dll", GetProcAddress);
-IMITATE("user32.dll", IsWindowVisible);
 IMITATE("user32.dll", GetGuiResources);
+IMITATE("user32.dll", IsWindowVisible);
 IMITATE("kernel32.dll", K32GetProcessMemoryInfo);
+IMITATE("kernel32.dll", Process32NextW);
+IMITATE("kernel32.dll", QueryFullProcessImageNameW);
+
+TEST(Instances, AreKnownByTheirNameAndReadAsFarAsTheyMayBe) {
+    EXPECT_EQ(PracticeProcess(L"splash").listed().pid, 0U);
+    const PracticeProcess plain(L"responsive", PlainPracticeProgram());
+    EXPECT_EQ(plain.listed().exePath, PlainPracticeProgram().wstring());
+    EXPECT_EQ(plain.listed().version, L"");
+
+    const PracticeProcess practice(L"responsive");
+    const wchar_t* name = L"CORELDRW.EXE";
+    const Staged renames(Process32NextWImitation, [&](HANDLE snapshot, PROCESSENTRY32W* entry) {
+        const BOOL isThere = Process32NextWImitation.real(snapshot, entry);
+        if (entry->th32ProcessID == practice.pid()) std::wcscpy(entry->szExeFile, name);
+        return isThere;
+    });
+    const CdrInstance instance = practice.listed();
+    EXPECT_EQ(instance.exePath, PracticeProgram().wstring());
+    EXPECT_EQ(instance.version, L"25.0.0.230");
+    wchar_t title[64] = {};
+    GetWindowTextW(static_cast<HWND>(instance.mainWindow), title, 64);
+    EXPECT_EQ(title, std::wstring(L"CorelDRAW (practice) - responsive"));
+    {
+        const Staged closed(QueryFullProcessImageNameWImitation, [](auto...) { return FALSE; });
+        EXPECT_EQ(practice.listed().mainWindow, instance.mainWindow);
+        EXPECT_EQ(practice.listed().exePath + practice.listed().version, L"");
+    }
+    for (const wchar_t* other : {L"CorelDRW64.exe", L"MyCorelDRW.exe"}) {
+        name = other;
+        EXPECT_EQ(practice.listed().pid, 0U) << other;
+    }
+}
+
+TEST(Responsiveness, IsWhatTheWindowAnswersInTime) {
+    constexpr unsigned kShortMs = 200;
+    constexpr unsigned kLongMs = 20000;
+    PracticeProcess practice(L"own-code");
+    const WindowHandle window = practice.listed().mainWindow;
+    EXPECT_FALSE(IsWindowResponsive(window, kShortMs));
+    EXPECT_FALSE(ReadMetrics(practice.pid(), window).responsive);
+    practice.signal(L"release");
+    EXPECT_TRUE(IsWindowResponsive(window, kLongMs));
+    const DWORD pid = practice.pid();
+    const KernelHandle held(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
+    practice.end();
+    EXPECT_FALSE(IsWindowResponsive(window, kLongMs));
+    EXPECT_FALSE(IsWindowResponsive(nullptr, kLongMs));
+    const CdrMetrics gone = ReadMetrics(pid, window);
+    EXPECT_TRUE(!gone.ok && gone.responsive) << "without a process nothing is asked of the window";
+}
 
 TEST(HostileInstances, AreFoundByTheSystemsCopyOfTheirHungWindow) {
     static HWND window = nullptr;

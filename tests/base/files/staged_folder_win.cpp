@@ -22,18 +22,6 @@ void forEach(const std::wstring& folder, const Visit& visit) {
     FindClose(search);
 }
 
-void removeTree(const std::wstring& folder) {
-    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
-        const std::wstring path = folder + L"\\" + name;
-        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if (isFolder && !isLink(found.dwFileAttributes)) return removeTree(path);
-        SetFileAttributesW(longPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (!isFolder || !RemoveDirectoryW(longPath(path).c_str()))
-            DeleteFileW(longPath(path).c_str());
-    });
-    RemoveDirectoryW(longPath(folder).c_str());
-}
-
 void createFolders(const std::wstring& folder) {
     if (IsThere(folder)) return;
     createFolders(parentFolder(folder));
@@ -53,27 +41,26 @@ std::string unixPath(const std::wstring& path) {
 
 // Runs a program of the system below until it has had its effect. Nobody can wait for it: it has no
 // handles, and what Wine leaves in their place must not be closed.
-template <typename Condition>
-bool runBelow(const std::string& command, const Condition& isDone) {
+bool runBelow(const std::string& command, const std::wstring& path, bool isThereAfter) {
     std::wstring commandLine = L"Z:\\bin\\" + wideFromUtf8(command);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION nothing{};
     CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
                    nullptr, &startup, &nothing);
-    for (int i = 0; i < 500 && !isDone(); ++i)
+    for (int i = 0; i < 500 && IsThere(path) != isThereAfter; ++i)
         Sleep(10);
-    return isDone();
+    return IsThere(path) == isThereAfter;
 }
 
 // Under Wine the only links are those of the system below.
 bool makeLink(const std::wstring& link, const std::wstring& target, DWORD flags) {
-    const auto isThere = [&] { return IsThere(link); };
-    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) && isThere()) return true;
+    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) && IsThere(link)) return true;
     const std::string folder = unixPath(parentFolder(link));
     const std::string name = utf8FromWide(link.substr(link.rfind(L'\\') + 1));
     return !folder.empty() &&
-           runBelow("ln -s \"" + unixPath(target) + "\" \"" + folder + "/" + name + "\"", isThere);
+           runBelow("ln -s \"" + unixPath(target) + "\" \"" + folder + "/" + name + "\"", link,
+                    true);
 }
 
 }  // namespace
@@ -93,10 +80,12 @@ StagedFolder::StagedFolder(const std::wstring& below) {
 }
 
 StagedFolder::~StagedFolder() {
-    removeTree(path_);
-    if (!IsThere(path_)) return;
     // Under Wine no Windows call removes a link to a folder.
-    runBelow("rm -rf \"" + unixPath(path_) + "\"", [this] { return !IsThere(path_); });
+    const std::string below = unixPath(path_);
+    if (below.empty())
+        RunToEnd(L"cmd.exe /c rmdir /s /q \"" + path_ + L"\"");
+    else
+        runBelow("rm -rf \"" + below + "\"", path_, false);
 }
 
 bool IsThere(const std::wstring& path) {

@@ -127,7 +127,7 @@ TEST(Cleanup, KeepsNoBackupWhenNothingCouldBeMovedAndItsListWhenAnythingLiesInIt
 TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
     // 0: not even the list; then a little more each time, until all of it fits.
     bool isWhole = false;
-    for (std::uint64_t room = 0; !isWhole; room = room * 5 / 4 + 5) {
+    for (std::uint64_t room = 0; !isWhole; room += 61) {
         Stage stage(kFar);
         const auto before = stage.profile();
         const CleanupPlan plan = stage.plan();
@@ -179,7 +179,7 @@ TEST(Cleanup, AsksWithFoldersSizesAndWhatItMeans) {
 
 TEST(Cleanup, GivesASignOfLife) {
     Stage stage;
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 300; ++i)
         stage.files.add(kCache + decimal(i), "x");
     std::vector<std::wstring> told;
     ActionHost host = stage.host.host();
@@ -189,9 +189,9 @@ TEST(Cleanup, GivesASignOfLife) {
         return BackupContext::Now{stage.utc, stage.utc};
     };
     CleanUp(host, stage.context);
-    EXPECT_EQ(told, (std::vector<std::wstring>{L"Cleaning up: 32 of 113 files",
-                                               L"Cleaning up: 64 of 113 files",
-                                               L"Cleaning up: 96 of 113 files", L""}));
+    EXPECT_EQ(told, (std::vector<std::wstring>{L"Cleaning up: 32 of 313 files",
+                                               L"Cleaning up: 160 of 313 files",
+                                               L"Cleaning up: 288 of 313 files", L""}));
 }
 
 TEST(Restore, JudgesEachFileAndPassesABackupThatCanGiveNothingMore) {

@@ -1,7 +1,10 @@
 """Plays the central job on a virtual display: a CorelDRAW hangs in a plug-in, Refresh, Capture Now, the report."""
 
+import pathlib
 import sys
 import time
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
 
 from driver import CAPTURE, REFRESH, Desktop, Mirelo, Practice, WineBox, closing
 
