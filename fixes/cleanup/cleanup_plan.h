@@ -65,7 +65,7 @@ inline constexpr std::size_t kLargestManifest = 64 << 20;
 bool CanBeRecorded(std::wstring_view relative);
 
 /// Temporary files stay for this long after they were written.
-inline constexpr FileTicks kRecentTime = 24 * 3600 * kTicksPerSecond;
+inline constexpr FileTicks kRecentTime = FileTicks{24} * 3600 * kTicksPerSecond;
 
 /// Leaves out links, people's own work, temporary files that are drawings or recent, what cannot be
 /// recorded, and what a row before has taken already. The manifest of a plan has at most

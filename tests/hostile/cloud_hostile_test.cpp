@@ -16,8 +16,8 @@
 #include "cloud/https_win.h"
 #include "tests/hostile/imitation.h"
 
-IMITATED(CreateFileW);
-IMITATED(WriteFile);
+IMITATE("kernel32.dll", CreateFileW);
+IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
 IMITATE("winhttp.dll", WinHttpOpen);
 
@@ -38,7 +38,7 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileCache, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
+TEST(HostileCacheFile, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
     constexpr std::size_t kSizeLimit = 0x200000;
     // A profile as before the first download: the tool's folder is not there.
     wchar_t profile[MAX_PATH] = {};

@@ -10,9 +10,8 @@
 //
 //   const Staged fails(GetThreadContextImitation, [](HANDLE, CONTEXT*) { return FALSE; });
 //
-// Whatever is not staged does what Windows does. Each function is imitated in one file of the
-// program, and another that stages it says IMITATED(GetThreadContext); the test's own calls and the
-// test framework's are imitated too.
+// Whatever is not staged does what Windows does. Several files may imitate one function; the test's
+// own calls and the test framework's are imitated too.
 #pragma once
 
 #include <windows.h>
@@ -92,13 +91,11 @@ Staged(Imitation<Function>&, Instead) -> Staged<Function>;
 
 // Some of the compiler's headers call not through the import but through the import library's stub,
 // so the stub is there too.
-#define IMITATE(library, name)                                                         \
-    constinit Imitation<decltype(::name)> name##Imitation(library, #name);             \
-    extern "C" {                                                                       \
-    extern const void* const __imp_##name;                                             \
-    const void* const __imp_##name =                                                   \
-        reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
-    }                                                                                  \
-    asm(".text\n.globl " #name "\n" #name ": jmp *__imp_" #name "(%rip)")
-
-#define IMITATED(name) extern constinit Imitation<decltype(::name)> name##Imitation
+#define IMITATE(library, name)                                                                  \
+    inline constinit Imitation<decltype(::name)> name##Imitation(library, #name);               \
+    extern "C" {                                                                                \
+    __declspec(selectany) const void* __imp_                                                    \
+        ##name = reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
+    }                                                                                           \
+    asm(".section .text$imitated_" #name ",\"x\"\n.linkonce discard\n.globl " #name "\n" #name  \
+        ": jmp *__imp_" #name "(%rip)\n.text")

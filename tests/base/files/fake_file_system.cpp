@@ -121,6 +121,7 @@ FileResult FakeFileSystem::writeNew(const std::wstring& path, std::string_view b
     if (!isFull) step();
     nodes_.erase(lowered(unfinished));
     if (isFull) return {FileOutcome::diskFull, 112};
+    if (path[0] == L'D') freeOnD -= bytes.size();
     Node& node = add(path, std::string(bytes));
     if (spoilsWriting) node.contents.back() ^= 1;
     return {};

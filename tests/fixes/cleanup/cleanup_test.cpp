@@ -127,7 +127,7 @@ TEST(Cleanup, KeepsNoBackupWhenNothingCouldBeMovedAndItsListWhenAnythingLiesInIt
 TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
     // 0: not even the list; then a little more each time, until all of it fits.
     bool isWhole = false;
-    for (std::uint64_t room = 0; !isWhole; room = room * 5 / 4 + 5) {
+    for (std::uint64_t room = 0; !isWhole; room += 61) {
         Stage stage(kFar);
         const auto before = stage.profile();
         const CleanupPlan plan = stage.plan();
