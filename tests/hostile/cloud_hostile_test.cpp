@@ -1,92 +1,25 @@
-// A network that hands out its proxy, disks that fill up, folders that nobody may write into or
-// that a dead server holds.
+// A network that hands out its proxy.
 #include <windows.h>
 #include <winsock2.h>
 
 #include <gtest/gtest.h>
-#include <shlobj.h>
 #include <winhttp.h>
 
-#include <memory>
 #include <vector>
 
-#include "base/files/tool_folder_win.h"
-#include "base/handle_win.h"
-#include "cloud/cache_file_win.h"
 #include "cloud/https_win.h"
 #include "tests/hostile/imitation.h"
 
-IMITATE("kernel32.dll", CreateFileW);
-IMITATE("kernel32.dll", WriteFile);
-IMITATE("shell32.dll", SHGetFolderPathW);
 IMITATE("winhttp.dll", WinHttpOpen);
 
 TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     std::vector<DWORD> accessTypes;
-    const Staged session(WinHttpOpenImitation, [&](LPCWSTR agent, DWORD accessType, LPCWSTR proxy,
-                                                   LPCWSTR bypass, DWORD flags) {
-        accessTypes.push_back(accessType);
-        return WinHttpOpenImitation.real(agent, accessType, proxy, bypass, flags);
+    const Staged session(WinHttpOpenImitation, [&](LPCWSTR agent, DWORD type, auto... others) {
+        accessTypes.push_back(type);
+        return WinHttpOpenImitation.real(agent, type, others...);
     });
     // Nothing listens on the discard port.
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
     EXPECT_EQ(accessTypes, (std::vector<DWORD>{WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
                                                WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY}));
-    // A Windows that does not know the second way.
-    const Staged refusal(WinHttpOpenImitation,
-                         [](LPCWSTR, DWORD, LPCWSTR, LPCWSTR, DWORD) { return HINTERNET{}; });
-    EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
-}
-
-TEST(HostileCacheFile, NoFailureCostsTheCacheThatIsThere) {
-    const std::string before = ReadCacheFile();
-    ASSERT_TRUE(WriteCacheFile("good"));
-    {
-        const Staged full(WriteFileImitation,
-                          [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
-                              *written = 0;
-                              SetLastError(ERROR_DISK_FULL);
-                              return FALSE;
-                          });
-        EXPECT_FALSE(WriteCacheFile("a full disk"));
-    }
-    {
-        const Staged readOnly(CreateFileWImitation, [](LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES,
-                                                       DWORD, DWORD, HANDLE) {
-            SetLastError(ERROR_ACCESS_DENIED);
-            return INVALID_HANDLE_VALUE;
-        });
-        EXPECT_FALSE(WriteCacheFile("a folder that may only be read"));
-    }
-    {
-        const FileHandle other(CreateFileW((CacheFilePath() + L".new").c_str(), GENERIC_WRITE, 0,
-                                           nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE,
-                                           nullptr));
-        ASSERT_TRUE(other);
-        EXPECT_FALSE(WriteCacheFile("another Mirelo is at it"));
-    }
-    EXPECT_EQ(ReadCacheFile(), "good");
-    DeleteFileW(CacheFilePath().c_str());
-    if (!before.empty()) WriteCacheFile(before);
-}
-
-TEST(HostileFolders, AProfileWithoutAFolderOrWithADeadServerHasNone) {
-    {
-        const Staged none(SHGetFolderPathWImitation,
-                          [](HWND, int, HANDLE, DWORD, LPWSTR) -> HRESULT { return E_FAIL; });
-        EXPECT_EQ(toolFolder(), L"");
-        EXPECT_EQ(CacheFilePath(), L"\\signatures.cache.json");
-    }
-    const auto released =
-        std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    {
-        const Staged dead(SHGetFolderPathWImitation,
-                          [released](HWND, int, HANDLE, DWORD, LPWSTR) -> HRESULT {
-                              WaitForSingleObject(std::shared_ptr(released)->get(), 60000);
-                              return E_FAIL;
-                          });
-        EXPECT_EQ(toolFolder(), L"");
-        SetEvent(released->get());
-    }
-    EXPECT_NE(toolFolder(), L"");
 }
