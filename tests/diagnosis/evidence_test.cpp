@@ -51,7 +51,10 @@ HangEvidence Captured(std::vector<StackFrame> frames) {
 
 WaitChain WaitsForThread(std::uint32_t id) {
     using enum WaitObject;
-    return {{{thread, {}, kPid, kMain}, {mutex}, {thread, {}, kPid, id}}, false};
+    return {{{thread, {}, kPid, kMain, L"", L""},
+             {mutex, {}, 0, 0, L"", L""},
+             {thread, {}, kPid, id, L"", L""}},
+            false};
 }
 
 }  // namespace
