@@ -11,16 +11,9 @@ namespace {
 
 constexpr DWORD kLimitMs = 20000;
 
-std::filesystem::path PracticeFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path().parent_path() / "practice";
-}
-
 std::wstring FreshName() {
     static unsigned count = 0;
-    return L"mirelo-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-           std::to_wstring(++count);
+    return std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
 }
 
 KernelHandle OpenSignal(const std::wstring& name, const wchar_t* event) {
@@ -40,15 +33,14 @@ KernelHandle EndingJob() {
 }  // namespace
 
 std::filesystem::path PracticeProgram() {
-    return PracticeFolder() / "CorelDRW.exe";
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path().parent_path() / "practice" / "CorelDRW.exe";
 }
 
-std::filesystem::path PlainPracticeProgram() {
-    return PracticeFolder() / "plain" / "CorelDRW.exe";
-}
-
-PracticeProcess::PracticeProcess(const std::wstring& way, const std::filesystem::path& program)
+PracticeProcess::PracticeProcess(const std::wstring& way)
     : name_(FreshName()), job_(EndingJob()), ready_(OpenSignal(name_, L"ready")) {
+    const std::filesystem::path program = PracticeProgram();
     std::wstring command =
         L"\"" + program.wstring() + L"\" " + way + L" --name " + name_ + L" --lifetime-s 7200";
     STARTUPINFOW startup{};
@@ -75,11 +67,10 @@ PracticeProcess::~PracticeProcess() {
 }
 
 CdrInstance PracticeProcess::listed() const {
-    const std::vector<CdrInstance> instances = EnumerateCdrInstances();
-    const auto found =
-        std::find_if(instances.begin(), instances.end(),
-                     [&](const CdrInstance& instance) { return instance.pid == pid_; });
-    return found == instances.end() ? CdrInstance{} : *found;
+    for (const CdrInstance& instance : EnumerateCdrInstances()) {
+        if (instance.pid == pid_) return instance;
+    }
+    return {};
 }
 
 void PracticeProcess::signal(const wchar_t* event) const {
@@ -91,11 +82,9 @@ bool PracticeProcess::await(const wchar_t* event) const {
 }
 
 int PracticeProcess::heldThreads() const {
-    int held = 0;
-    for (const std::uint32_t id : SystemEvidence().threadsOf(pid_)) {
-        if (SuspendCount(id) != 0) ++held;
-    }
-    return held;
+    const auto ids = SystemEvidence().threadsOf(pid_);
+    return static_cast<int>(
+        std::count_if(ids.begin(), ids.end(), [](DWORD id) { return SuspendCount(id) != 0; }));
 }
 
 bool PracticeProcess::end() {

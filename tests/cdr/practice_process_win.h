@@ -11,28 +11,23 @@
 
 /// The practice program in the build folder that this test program is in.
 std::filesystem::path PracticeProgram();
-/// The same program without a version resource.
-std::filesystem::path PlainPracticeProgram();
 
 /// Owns one running practice program; nothing of it outlives the object, nor the test program.
 class PracticeProcess {
   public:
-    /// Starts `program` and returns when it is where `way` leads (practice/ways.h). A test failure
-    /// is recorded when it does not get there in time.
-    explicit PracticeProcess(const std::wstring& way,
-                             const std::filesystem::path& program = PracticeProgram());
+    /// Returns when it is where `way` leads (practice/ways.h). A test failure is recorded when it
+    /// does not get there in time.
+    explicit PracticeProcess(const std::wstring& way);
     PracticeProcess(const PracticeProcess&) = delete;
     PracticeProcess& operator=(const PracticeProcess&) = delete;
     ~PracticeProcess();
 
     [[nodiscard]] DWORD pid() const { return pid_; }
-    [[nodiscard]] HANDLE process() const { return process_.get(); }
 
     /// The process as the instance list shows it; one with pid 0 when it is not listed.
     [[nodiscard]] CdrInstance listed() const;
 
-    /// One of the events of the handshake (practice/handshake.h): sets it, or waits until the
-    /// program sets it; false when that takes too long.
+    /// Events of the handshake (practice/handshake.h). False when one takes too long.
     void signal(const wchar_t* event) const;
     [[nodiscard]] bool await(const wchar_t* event) const;
 

@@ -24,7 +24,6 @@
 IMITATE("kernel32.dll", GetProcessIdOfThread);
 IMITATE("kernel32.dll", GetThreadContext);
 IMITATE("kernel32.dll", GetTickCount64);
-IMITATE("kernel32.dll", K32GetModuleFileNameExW);
 IMITATE("kernel32.dll", OpenProcess);
 IMITATE("kernel32.dll", ReadProcessMemory);
 IMITATE("kernel32.dll", SleepConditionVariableSRW);
@@ -32,7 +31,6 @@ IMITATE("kernel32.dll", SuspendThread);
 IMITATE("dbghelp.dll", StackWalk64);
 IMITATE("dbghelp.dll", SymCleanup);
 IMITATE("dbghelp.dll", SymFromAddrW);
-IMITATE("dbghelp.dll", SymGetModuleInfoW64);
 IMITATE("dbghelp.dll", SymInitialize);
 IMITATE("dbghelp.dll", SymLoadModuleExW);
 IMITATE("dbghelp.dll", SymRegisterCallback64);
@@ -42,18 +40,6 @@ namespace {
 constexpr DWORD kLimitMs = 20000;
 constexpr const wchar_t* kWalkFailed =
     L"Stack walk failed. CDR may have recovered - capture again while it hangs.";
-
-const auto fail = [](auto...) { return FALSE; };
-const auto crash = [](auto...) -> BOOL {
-    volatile int* volatile nowhere = nullptr;
-    *nowhere = 1;
-    return FALSE;
-};
-
-template <typename Function, typename Instead>
-std::shared_ptr<void> staged(Imitation<Function>& imitation, Instead instead) {
-    return std::make_shared<Staged<Function>>(imitation, instead);
-}
 
 // All captures are of one hanging program, whose thread the test holds once itself: a resume that
 // is missing shows as well as one too many. The debug-help library finds no module by itself.
@@ -80,17 +66,14 @@ class HostileCapture : public ::testing::Test {
         KernelHandle thread{OpenThread(THREAD_SUSPEND_RESUME, FALSE, target.mainThreadId)};
         DWORD before = SuspendThread(thread.get());
         PSYMBOL_REGISTERED_CALLBACK64 callback = nullptr;
-        std::shared_ptr<void> initialize =
-            staged(SymInitializeImitation, [this](HANDLE process, PCSTR path, BOOL invade) {
-                EXPECT_TRUE(invade);
+        Staged<decltype(SymInitialize)> initialize{
+            SymInitializeImitation, [this](HANDLE process, PCSTR path, BOOL) {
                 EXPECT_EQ(SuspendCount(target.mainThreadId), 1U) << "held while registering";
                 return SymInitializeImitation.real(process, path, FALSE);
-            });
-        std::shared_ptr<void> registered =
-            staged(SymRegisterCallback64Imitation, [this](HANDLE, auto function, ULONG64) {
-                callback = function;
-                return TRUE;
-            });
+            }};
+        Staged<decltype(SymRegisterCallback64)> registered{
+            SymRegisterCallback64Imitation,
+            [this](HANDLE, auto function, ULONG64) { return (callback = function) != nullptr; }};
 
         ~All() { ResumeThread(thread.get()); }
     };
@@ -106,32 +89,24 @@ TEST_F(HostileCapture, EndsAloneWhateverFails) {
     constexpr const wchar_t* kNoThread =
         L"Cannot access the CDR main thread. It may be protected by security software - try "
         L"whitelisting Mirelo.";
-    const struct {
-        const wchar_t* error;
-        std::function<std::shared_ptr<void>()> fault;
-    } cases[] = {
-        {kWalkFailed, [] { return staged(SymInitializeImitation, crash); }},  // not yet registered
-        {kNoProcess, [] { return staged(OpenProcessImitation, [](auto...) { return HANDLE(); }); }},
-        {kNoThread, [] { return staged(GetProcessIdOfThreadImitation, fail); }},
-        {L"Failed to suspend the thread, please retry.",
-         [] { return staged(SuspendThreadImitation, [](auto) { return DWORD(-1); }); }},
-        {L"Failed to read thread context.", [] { return staged(GetThreadContextImitation, fail); }},
-        {kWalkFailed, [] { return staged(StackWalk64Imitation, fail); }},
-        {kWalkFailed, [] { return staged(StackWalk64Imitation, crash); }},
-        {kWalkFailed, [] { return staged(SymFromAddrWImitation, crash); }},
-        {kWalkFailed,
-         [] { return staged(StackWalk64Imitation, [](auto...) -> BOOL { throw 5; }); }},
-    };
-    int number = 0;
-    for (const auto& [error, fault] : cases) {
-        SCOPED_TRACE(++number);
+    constexpr const wchar_t* kNotHeld = L"Failed to suspend the thread, please retry.";
+    const auto expectError = [](const wchar_t* error, auto& imitation, auto instead) {
         {
-            const auto crashesToo = staged(SymCleanupImitation, crash);
-            const auto fails = fault();
+            const Staged crashesToo(SymCleanupImitation, crashes);
+            const Staged failing(imitation, instead);
             EXPECT_EQ(capture().error, error);
         }
         expectToGoOn();
-    }
+    };
+    expectError(kWalkFailed, SymInitializeImitation, crashes);  // not yet registered
+    expectError(kNoProcess, OpenProcessImitation, [](auto...) { return HANDLE(); });
+    expectError(kNoThread, GetProcessIdOfThreadImitation, fails);
+    expectError(kNotHeld, SuspendThreadImitation, [](auto) { return DWORD(-1); });
+    expectError(L"Failed to read thread context.", GetThreadContextImitation, fails);
+    expectError(kWalkFailed, StackWalk64Imitation, fails);
+    expectError(kWalkFailed, StackWalk64Imitation, crashes);
+    expectError(kWalkFailed, StackWalk64Imitation, [](auto...) -> BOOL { throw 5; });
+    expectError(kWalkFailed, SymFromAddrWImitation, crashes);
 }
 
 TEST_F(HostileCapture, IsCutShortByTheWatchdog) {
@@ -159,8 +134,7 @@ TEST_F(HostileCapture, IsCutShortByTheWatchdog) {
     });
     EXPECT_EQ(capture().error, kWalkFailed);
     EXPECT_EQ(lookUps, 1) << "the stack of a running thread was walked on";
-    EXPECT_LE(patienceMs, 10000U);
-    EXPECT_GT(patienceMs, 9000U);
+    EXPECT_EQ((patienceMs + 999) / 1000, 10U);
 }
 
 TEST_F(HostileCapture, DoesNotWaitForSymbolsWhileTheThreadStands) {
@@ -205,38 +179,6 @@ TEST_F(HostileCapture, LeavesSymbolsOnOtherMachinesAlone) {
     EXPECT_GT(loads, 5);
 }
 
-TEST_F(HostileCapture, BlamesAPlugInByItsFileWhateverTheLibraryKnows) {
-    const std::wstring longPath = L"C:\\" + std::wstring(300, L'x') + L"\\slowfilter.cpg";
-    const std::wstring realPath = PracticeProgram().parent_path() / L"slowfilter.cpg";
-    const Staged names(
-        K32GetModuleFileNameExWImitation, [&](auto process, auto module, LPWSTR path, DWORD room) {
-            const DWORD length = K32GetModuleFileNameExWImitation.real(process, module, path, room);
-            const bool isPlugIn = std::wstring_view(path, length) == realPath;
-            return isPlugIn ? static_cast<DWORD>(longPath.copy(path, room)) : length;
-        });
-    const Staged loads(SymLoadModuleExWImitation, [&](auto process, auto file, PCWSTR path, PCWSTR,
-                                                      auto... others) {
-        EXPECT_EQ(path, L"\\\\?\\" + longPath);
-        return SymLoadModuleExWImitation.real(process, file, realPath.c_str(), nullptr, others...);
-    });
-    const Staged nameless(SymFromAddrWImitation, fail);
-    bool knowsModules = true;
-    const Staged cuts(SymGetModuleInfoW64Imitation, [&](auto... arguments) {
-        const BOOL isKnown = SymGetModuleInfoW64Imitation.real(arguments...);
-        IMAGEHLP_MODULEW64& module = *std::get<2>(std::tie(arguments...));
-        if (module.ImageName == realPath) {
-            std::wmemcpy(module.ModuleName, L"slowfilter", 11);
-            longPath.copy(module.ImageName, 255);
-        }
-        return knowsModules ? isKnown : FALSE;
-    });
-    const SuspectFrame suspect = FindSuspect(capture().frames, kSystemFiles);
-    EXPECT_EQ(suspect.module, L"slowfilter.cpg");
-    EXPECT_EQ(suspect.frame.imagePath, longPath);
-    knowsModules = false;
-    EXPECT_EQ(FindSuspect(capture().frames, kSystemFiles).category, FrameCategory::thirdParty);
-}
-
 // Run by the test below in a process of its own.
 TEST(DISABLED_Mirelo, DiesWhileItHoldsTheThread) {
     std::istringstream victim(std::getenv("MIRELO_VICTIM"));
@@ -249,9 +191,9 @@ TEST(DISABLED_Mirelo, DiesWhileItHoldsTheThread) {
     });
     const Staged dies(GetThreadContextImitation, [&](auto...) -> BOOL {
         if (SuspendCount(threadId) != 2) std::exit(9);
-        if (way == 0) return crash();
+        if (way == 0) return crashes();
         if (way == 1) std::terminate();
-        const auto inThread = [](void*) -> DWORD { return static_cast<DWORD>(crash()); };
+        const auto inThread = [](void*) -> DWORD { return static_cast<DWORD>(crashes()); };
         const KernelHandle other(CreateThread(nullptr, 0, inThread, nullptr, 0, nullptr));
         WaitForSingleObject(GetCurrentProcess(), kLimitMs);
         return FALSE;
@@ -274,9 +216,7 @@ TEST_F(HostileCapture, SurvivesTheEndOfMirelo) {
 TEST(Capture, FindsWhatHangsAndLetsItGoOn) {
     constexpr const wchar_t* kSystem = L"System-level wait (submit to analyze further)";
     const struct {
-        const wchar_t* way;
-        const wchar_t* suspect;
-        const wchar_t* function;
+        const wchar_t *way, *suspect, *function;
     } cases[] = {{L"print", L"acmeprintdrv", L"AskPrinterForTrays"},
                  {L"deep-stack", L"coreldrw", L"OpenGroup"},
                  {L"system-wait", kSystem, nullptr}};
@@ -292,7 +232,6 @@ TEST(Capture, FindsWhatHangsAndLetsItGoOn) {
             EXPECT_EQ(suspect.frame.function, c.function);
             EXPECT_LT(suspect.frame.displacement - 1, 255U);
             EXPECT_GT(suspect.frame.line, 0U);
-            EXPECT_TRUE(suspect.frame.sourceFile.ends_with(L".cpp"));
             EXPECT_EQ(suspect.frame.imagePath.find(PracticeProgram().parent_path().wstring()), 0U);
         }
         const bool isWhole = capture.frames.back().function == L"RtlUserThreadStart";
@@ -318,8 +257,6 @@ TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
     EXPECT_EQ(late.frame.function, L"ApplySlowFilter");
     EXPECT_EQ(late.frame.address >> 16, early.frame.address >> 16) << "not the same base";
 
-    // Neither the registration nor a foreign handle keeps an ended process in reach.
-    const KernelHandle held(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, target.pid));
     practice.end();
-    EXPECT_FALSE(CaptureMainThreadStack(target.pid, target.mainThreadId).error.empty());
+    EXPECT_FALSE(CaptureMainThreadStack(target.pid, target.mainThreadId).ok);
 }

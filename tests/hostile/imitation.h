@@ -1,17 +1,11 @@
 // Windows as it seldom is: functions that the product imports, imitated for the length of a test.
 //
 // The linker takes a definition of `__imp_Name` from a test's object before it looks into the
-// import library, so the product's unchanged objects call the test. In a test file, at namespace
-// level:
-//
+// import library, so the product's unchanged objects call the test. At namespace level stands
 //   IMITATE("kernel32.dll", GetThreadContext);
-//
 // and in a test, until the end of the scope:
-//
-//   const Staged fails(GetThreadContextImitation, [](HANDLE, CONTEXT*) { return FALSE; });
-//
-// Whatever is not staged does what Windows does. Several files may imitate one function; the test's
-// own calls and the test framework's are imitated too.
+//   const Staged failing(GetThreadContextImitation, fails);
+// Whatever is not staged does what Windows does. The test's own calls are imitated too.
 #pragma once
 
 #include <windows.h>
@@ -88,6 +82,19 @@ class Staged {
 };
 template <typename Function, typename Instead>
 Staged(Imitation<Function>&, Instead) -> Staged<Function>;
+
+inline constexpr auto fails = [](auto...) { return FALSE; };
+inline constexpr auto crashes = [](auto...) -> BOOL {
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 1;
+    return FALSE;
+};
+
+/// What GetProcAddress would return for `function`.
+template <typename Function>
+FARPROC procedure(Function* function) {
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+}
 
 // Some of the compiler's headers call not through the import but through the import library's stub,
 // so the stub is there too.
