@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "fixes/health/environment.h"
 #include "fixes/health/printer_switch.h"
 #include "tests/fake_host.h"
@@ -94,8 +95,8 @@ TEST(DefaultPrinter, IsJudgedByPortAttributesAndStatus) {
     for (const auto& c : cases) {
         const PrinterEntry entries[] = {c.entry, {L"Office", L"LPT1:", 0, 0}};
         const DefaultPrinterInfo printer = JudgeDefaultPrinter(L"Office", entries);
-        EXPECT_EQ(printer.isNetwork, c.isNetwork) << c.entry.port;
-        EXPECT_EQ(printer.isOffline, c.isOffline) << c.entry.port;
+        EXPECT_EQ(printer.isNetwork, c.isNetwork) << utf8FromWide(c.entry.port);
+        EXPECT_EQ(printer.isOffline, c.isOffline) << utf8FromWide(c.entry.port);
     }
     EXPECT_TRUE(JudgeDefaultPrinter(L"Print to PDF (Office)", {}).isVirtual);
     EXPECT_FALSE(JudgeDefaultPrinter(L"Print To PDF", {}).isVirtual);
