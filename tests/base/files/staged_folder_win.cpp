@@ -6,22 +6,6 @@
 
 namespace {
 
-bool isLink(DWORD attributes) {
-    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-}
-
-template <typename Visit>
-void forEach(const std::wstring& folder, const Visit& visit) {
-    WIN32_FIND_DATAW found{};
-    const HANDLE search = FindFirstFileW(longPath(folder + L"\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return;
-    do {
-        const std::wstring name = found.cFileName;
-        if (name != L"." && name != L"..") visit(name, found);
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-}
-
 void createFolders(const std::wstring& folder) {
     if (IsThere(folder)) return;
     createFolders(parentFolder(folder));
@@ -53,29 +37,15 @@ bool runBelow(const std::string& command, const std::wstring& path, bool isThere
     return IsThere(path) == isThereAfter;
 }
 
-// Under Wine the only links are those of the system below.
-bool makeLink(const std::wstring& link, const std::wstring& target, DWORD flags) {
-    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) && IsThere(link)) return true;
-    const std::string folder = unixPath(parentFolder(link));
-    const std::string name = utf8FromWide(link.substr(link.rfind(L'\\') + 1));
-    return !folder.empty() &&
-           runBelow("ln -s \"" + unixPath(target) + "\" \"" + folder + "/" + name + "\"", link,
-                    true);
-}
-
 }  // namespace
 
 StagedFolder::StagedFolder(const std::wstring& below) {
     static int count = 0;
-    std::wstring base = below;
-    if (base.empty()) {
-        wchar_t temp[MAX_PATH + 1] = L"", longTemp[MAX_PATH + 1] = L"";
-        GetTempPathW(MAX_PATH + 1, temp);
-        GetLongPathNameW(temp, longTemp, MAX_PATH + 1);
-        base = parentFolder(longTemp);
-    }
-    path_ =
-        base + L"\\mirelo-test-" + decimalUnsigned(GetCurrentProcessId()) + L"-" + decimal(++count);
+    wchar_t temp[MAX_PATH + 1] = L"", longTemp[MAX_PATH + 1] = L"";
+    GetTempPathW(MAX_PATH + 1, temp);
+    GetLongPathNameW(temp, longTemp, MAX_PATH + 1);
+    path_ = (below.empty() ? parentFolder(longTemp) : below) + L"\\mirelo-test-" +
+            decimalUnsigned(GetCurrentProcessId()) + L"-" + decimal(++count);
     createFolders(path_);
 }
 
@@ -98,10 +68,7 @@ void WriteStaged(const std::wstring& path, const std::string& contents, DWORD at
                                       CREATE_ALWAYS, attributes, nullptr));
     DWORD written = 0;
     WriteFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr);
-    std::uint64_t ticks = 132'000'000'000'000'000;
-    for (const char c : contents)
-        ticks += static_cast<unsigned char>(c) * std::uint64_t{98'765'432'100};
-    const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    const FILETIME time = {0, 30'733'650};
     SetFileTime(file.get(), &time, &time, &time);
 }
 
@@ -110,21 +77,19 @@ std::string ReadStaged(const std::wstring& path) {
                                       nullptr, OPEN_EXISTING, 0, nullptr));
     std::string contents(1 << 16, '\0');
     DWORD got = 0;
-    if (!file || !ReadFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &got,
-                           nullptr)) {
-        return "(cannot be read)";
-    }
+    ReadFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &got, nullptr);
     contents.resize(got);
     return contents;
 }
 
-bool MakeFolderLink(const std::wstring& link, const std::wstring& target) {
-    return makeLink(link, target, SYMBOLIC_LINK_FLAG_DIRECTORY) ||
-           RunToEnd(L"cmd.exe /c mklink /j \"" + link + L"\" \"" + target + L"\"") == 0;
-}
-
-bool MakeFileLink(const std::wstring& link, const std::wstring& target) {
-    return makeLink(link, target, 0);
+// Under Wine the only links are those of the system below.
+bool MakeLink(const std::wstring& link, const std::wstring& target, DWORD flags) {
+    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) && IsThere(link)) return true;
+    const std::string folder = unixPath(parentFolder(link));
+    const std::string name = utf8FromWide(link.substr(link.rfind(L'\\') + 1));
+    return !folder.empty() &&
+           runBelow("ln -s \"" + unixPath(target) + "\" \"" + folder + "/" + name + "\"", link,
+                    true);
 }
 
 int RunToEnd(std::wstring commandLine) {
@@ -140,23 +105,4 @@ int RunToEnd(std::wstring commandLine) {
     if (WaitForSingleObject(process.get(), 60'000) == WAIT_OBJECT_0)
         GetExitCodeProcess(process.get(), &code);
     return static_cast<int>(code);
-}
-
-std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder) {
-    std::map<std::wstring, std::string> seen;
-    forEach(folder, [&](const std::wstring& name, const WIN32_FIND_DATAW& found) {
-        const DWORD attributes = found.dwFileAttributes;
-        const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        const auto time = (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) |
-                          found.ftLastWriteTime.dwLowDateTime;
-        seen[name] = isLink(attributes) ? "link"
-                     : isFolder
-                         ? "folder"
-                         : "file " + std::to_string(time) + " " + std::to_string(attributes) + " " +
-                               ReadStaged(folder + L"\\" + name);
-        if (!isFolder || isLink(attributes)) return;
-        for (auto& [path, inner] : SnapshotOf(folder + L"\\" + name))
-            seen[name + L"\\" + path] = std::move(inner);
-    });
-    return seen;
 }

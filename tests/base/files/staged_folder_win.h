@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <map>
 #include <string>
 
 #include "base/handle_win.h"
@@ -22,19 +21,15 @@ class StagedFolder {
     std::wstring path_;
 };
 
-/// Writes a file and the folders above it; its time of change follows from its contents.
+/// Writes a file and the folders above it; its times are in the past.
 void WriteStaged(const std::wstring& path, const std::string& contents,
                  DWORD attributes = FILE_ATTRIBUTE_ARCHIVE);
 std::string ReadStaged(const std::wstring& path);
 bool IsThere(const std::wstring& path);
 
-/// A link to a folder or to a file; false where the system cannot make one.
-bool MakeFolderLink(const std::wstring& link, const std::wstring& target);
-bool MakeFileLink(const std::wstring& link, const std::wstring& target);
+/// A link to a file, or with SYMBOLIC_LINK_FLAG_DIRECTORY to a folder; false where the system
+/// cannot make one.
+bool MakeLink(const std::wstring& link, const std::wstring& target, DWORD flags);
 
 /// Runs a program to its end and gives its exit code; -1 when it cannot start.
 int RunToEnd(std::wstring commandLine);
-
-/// A description of everything below a folder by its path from there: type, contents, attributes,
-/// time of change of files. Links are not entered.
-std::map<std::wstring, std::string> SnapshotOf(const std::wstring& folder);

@@ -20,6 +20,7 @@ inline const std::wstring kNear = kRoots[1] + L"\\Mirelo", kFar = L"D:\\Mirelo";
 struct StagedFile {
     const wchar_t* path;  // from the drive, "~" for the user's folder
     bool isCleaned;
+    const char* contents = "";  // the path for none
 };
 
 inline constexpr StagedFile kStagedFiles[] = {
@@ -31,22 +32,23 @@ inline constexpr StagedFile kStagedFiles[] = {
     {LR"(~\Local\CrashDumps\CorelDRW.exe.4711.dmp)", true},
     {LR"(~\Local\CrashDumps\CorelDRW.exe(1).4711.dmp)", true},
     {LR"(~\Local\CrashDumps\CorelDRW.exe.txt)", false},
-    {LR"(~\Local\CrashDumps\CorelPP.exe.4711.dmp)", false},
     {LR"(~\Local\Temp\CDR1F3.tmp)", true},
-    {LR"(~\Local\Temp\CDR1F3.tmp.cdr)", false},
     {LR"(~\Local\Temp\XCDR1.tmp)", false},
-    {LR"(~\Local\Temp\other\CDR2.tmp)", false},
+    {LR"(~\Local\Temp\CDR2.tmp)", false, "RIFF....CDRE"},
+    {LR"(~\Local\Temp\CDR3.tmp)", false, "PK\x03\x04 a container"},
+    {LR"(~\Local\Temp\Corel\plan.cdr_)", false},
+    {LR"(~\Local\Temp\Corel\Backup_of_a.tmp)", false},
+    {LR"(~\Local\Temp\Corel\a:b)", false},
+    {LR"(~\Local\Temp\Corel\a.)", false},
     {LR"(~\Local\Temp\Corel\errors.log)", true},
     {LR"(~\Local\Temp\Corel\brand.cpl)", false},
     {LR"(~\Roaming\Corel\Messages\540\EN\cache.dat)", true},
-    {LR"(~\Roaming\Corel\Messages\index.dat)", false},
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\one.png)", true},
     {L"~\\Local\\Corel\\CorelDRAW Graphics Suite X7\\Draw\\PreviewCache\\a\\b\\\u4E2D\U0001F600'",
      true},
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\macros.GMS)", false},
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\PHOTO-PAINT\PreviewCache\three.png)", true},
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite 2024\Draw\PreviewCache\four.png)", true},
-    {LR"(~\Local\Corel\CorelDRAW Graphics Suite 2024\Draw\Workspace\mine.cdws)", false},
     {LR"(~\Local\Corel\PaintShop Pro\Draw\PreviewCache\five.png)", false},
     {LR"(~\Roaming\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\six.png)", false},
 };
@@ -66,7 +68,7 @@ struct Stage {
                       return BackupContext::Now{utc, utc + 36'000'000'000};
                   }} {
         for (const StagedFile& file : kStagedFiles)
-            files.add(stagedPath(file), utf8FromWide(file.path));
+            files.add(stagedPath(file), *file.contents ? file.contents : utf8FromWide(file.path));
         files.find(kRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
         files.addFolder(parentFolder(home));
     }
@@ -129,14 +131,3 @@ struct Stage {
     FileTicks utc = 133'500'000'000'000'000;
     BackupContext context;
 };
-
-/// The paths at which two snapshots differ, one a line.
-inline std::string differenceOf(const FakeFileSystem::Snapshot& now,
-                                const FakeFileSystem::Snapshot& before) {
-    std::string text;
-    for (const auto& [path, what] : before)
-        if (!now.contains(path) || now.at(path) != what) text += utf8FromWide(path) + "\n";
-    for (const auto& [path, what] : now)
-        if (!before.contains(path)) text += utf8FromWide(path) + "\n";
-    return text;
-}
