@@ -125,6 +125,7 @@ class Element final : public IRawElementProviderSimple,
         : shared_(std::move(shared)), role_(role), number_(number) {}
     Element(const Element&) = delete;
     Element& operator=(const Element&) = delete;
+    ~Element() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
@@ -183,8 +184,6 @@ class Element final : public IRawElementProviderSimple,
     }
 
   private:
-    ~Element() = default;
-
     // A tree and this element's place in it, -1 when it has gone.
     struct Place {
         std::shared_ptr<const AccessibleTree> tree;
@@ -448,7 +447,7 @@ LRESULT Accessibility::answer(HWND window, WPARAM wParam, LPARAM lParam) {
     return shared_->libraries->returnProvider(window, wParam, lParam, element.Get());
 }
 
-void Accessibility::publish(std::shared_ptr<const AccessibleTree> tree, float dpi) {
+void Accessibility::publish(const std::shared_ptr<const AccessibleTree>& tree, float dpi) {
     if (!isAsked()) return;
     std::shared_ptr<const AccessibleTree> old = tree;
     {

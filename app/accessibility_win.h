@@ -40,7 +40,7 @@ class Accessibility {
     [[nodiscard]] std::shared_ptr<const AccessibleTree> current() const;
 
     /// Makes a tree the one that is read from now on, and tells of a new focus and a new status.
-    void publish(std::shared_ptr<const AccessibleTree> tree, float dpi);
+    void publish(const std::shared_ptr<const AccessibleTree>& tree, float dpi);
 
     /// To be called when the window is destroyed: whoever still holds an element is told that it
     /// has gone.

@@ -18,7 +18,8 @@ BOOL CALLBACK isQuestion(HWND hwnd, LPARAM found) {
 bool bringQuestionToFront() {
     HWND question = nullptr;
     EnumThreadWindows(GetCurrentThreadId(), isQuestion, reinterpret_cast<LPARAM>(&question));
-    return question != nullptr && SetForegroundWindow(question) != FALSE;
+    if (question != nullptr) SetForegroundWindow(question);
+    return question != nullptr;
 }
 
 std::optional<Key> keyOf(WPARAM key) {

@@ -287,7 +287,8 @@ float PageBuilder::languageCard(PageArea area) {
     const auto [x, y, w] = area;
     const float inner = w - 2 * kPadding;
     const int columns = languageColumns(inner);
-    const auto rows = static_cast<float>((kLanguageCount + columns - 1) / columns);
+    const int rowCount = (kLanguageCount + columns - 1) / columns;
+    const auto rows = static_cast<float>(rowCount);
     const float choiceWidth =
         (inner - static_cast<float>(columns - 1) * kChoiceGap) / static_cast<float>(columns);
     const float height =

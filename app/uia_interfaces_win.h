@@ -10,6 +10,7 @@
 
 // An object behind these is deleted by its own Release, never through an interface.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+// NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor)
 
 MIDL_INTERFACE("54fcb24b-e18e-47a2-b4d3-eccbe77599a2")
 IInvokeProvider : public IUnknown {
@@ -32,6 +33,8 @@ ISelectionProvider : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE get_CanSelectMultiple(BOOL * can) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_IsSelectionRequired(BOOL * required) = 0;
 };
+
+// NOLINTEND(cppcoreguidelines-virtual-class-destructor)
 
 __CRT_UUID_DECL(IInvokeProvider, 0x54fcb24b, 0xe18e, 0x47a2, 0xb4, 0xd3, 0xec, 0xcb, 0xe7, 0x75,
                 0x99, 0xa2)

@@ -32,7 +32,7 @@ struct CaptureSensors {
 };
 
 /// Captures and explains a hang of `selected` (null: none selected) and writes the report. `last`
-/// is replaced by a successful capture only. Blocks for the probe's 800 ms, the capture, and at most
-/// 2 s for the evidence behind it, or 3 s when a file server does not answer.
+/// is replaced by a successful capture only. Blocks for the probe's 800 ms, the capture, and at
+/// most 2 s for the evidence behind it, or 3 s when a file server does not answer.
 void OnCaptureNow(const ActionHost& host, const CdrInstance* selected,
                   const SignatureRuleBase& rules, const CaptureSensors& sensors, LastCapture& last);

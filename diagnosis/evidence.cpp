@@ -141,9 +141,10 @@ std::wstring GeneratedCodeLine(const HangEvidence& evidence) {
 }
 
 // The lower the sooner shown; what is not worth a line is negative.
-int RankOf(FrameCategory category, bool isNamed) {
+int RankOf(const SuspectFrame& suspect, bool isNamed) {
     if (isNamed) return 0;
-    switch (category) {
+    if (IsOfNoFile(suspect.frame)) return -1;
+    switch (suspect.category) {
         case FrameCategory::plugin:
             return 1;
         case FrameCategory::print:
@@ -169,7 +170,7 @@ std::vector<std::wstring> ThreadLines(const HangEvidence& evidence, Files& files
         if (thread.frames.empty()) continue;
         const SuspectFrame suspect = files.suspectOf(thread.frames);
         const bool isNamed = std::find(named.begin(), named.end(), thread.threadId) != named.end();
-        const int rank = RankOf(suspect.category, isNamed);
+        const int rank = RankOf(suspect, isNamed);
         // One of a pool of threads in the same function stands for all of them.
         const bool isRepeated = std::any_of(shown.begin(), shown.end(), [&](const Shown& other) {
             return FunctionOf(other.frame) == FunctionOf(suspect.frame);

@@ -93,7 +93,7 @@ def pass_with(fault, preset, tests):
     """True when all these tests pass with this fault planted."""
     done = subprocess.run(["ctest", "--test-dir", str(SOURCE / "build" / preset), "--no-tests=error",
                            "--stop-on-failure", "--timeout", str(TEST_SECONDS), "-R", tests],
-                          env={**os.environ, "MIRELO_FAULT": str(fault)}, capture_output=True, text=True)
+                          env={**os.environ, "MIRELO_FAULT": str(fault), "GTEST_FAIL_FAST": "1"}, capture_output=True, text=True)
     if "No tests were found" in done.stderr + done.stdout:
         sys.exit(f"no test is named {tests}")
     return done.returncode == 0

@@ -16,7 +16,7 @@ sys.path.insert(0, str(ROOT / "packaging"))
 sys.dont_write_bytecode = True
 from program_file import LOAD_CONFIG, ProgramFile  # noqa: E402
 
-LARGEST = 1_500_000
+LARGEST = 1_600_000
 WINDOWS_PROGRAM, RESOURCES, RELOCATIONS = 2, 2, 5
 HIGH_ENTROPY, DYNAMIC_BASE, NX = 0x20, 0x40, 0x100
 SEARCH_SYSTEM32 = 0x800

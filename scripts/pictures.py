@@ -17,7 +17,7 @@ sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 import first_aid
 import staging
 from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
-                    Practice, WineBox, closing)
+                    Practice, WineBox, closing, interrupt_as_exit)
 
 PICTURES = ROOT / "docs" / "images"
 SCALE = 2
@@ -229,6 +229,7 @@ def a_user_of_their_own():
 
 
 def main(names):
+    interrupt_as_exit()
     with a_user_of_their_own() as wine:
         for name in names or SCENES:
             SCENES[name](wine)

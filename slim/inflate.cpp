@@ -1,3 +1,23 @@
+// DEFLATE (RFC 1951) is LZ77 behind Huffman codes. A stream is a row of blocks:
+//
+//   1 bit last block?   2 bits type   type 0: to the next byte, LEN, complement of LEN, LEN bytes
+//                                     type 1: symbols in the fixed codes (3.2.6)
+//                                     type 2: two codes (3.2.7), then symbols in them
+//
+// A symbol of the first code is a literal, the end of the block, or the length of a match; behind a
+// length follow its extra bits, a symbol of the second code, the distance, and its extra bits
+// (3.2.5). A match repeats what was put out so many bytes ago, itself included: distance 1 and
+// length 9 make ten equal bytes of one. Numbers come with their lowest bit first, codes with their
+// first bit first, and bytes are filled from their lowest bit up (3.1.1).
+//
+//   first byte          second byte
+//   7 6 5 4 3 2 1 0     7 6 5 4 3 2 1 0
+//   d d c c c b b a     ...       e d d      a: last block?  b: type  c: a code of 3 bits ...
+//
+// Speed comes from three things. The next bits stand in one word, which is filled up by one load
+// and without a branch. One table look-up decodes a whole symbol, the place of its extra bits
+// included (inflate_tables.h). And bounds are checked once for a round of several symbols.
+//
 // Two loops decode the symbols of a block. The fast one runs while so much input and output remain
 // that neither can end within one of its rounds, and therefore checks for neither. The careful one
 // decodes the rest and is the only one that can find an end. Both keep the order in which a reader
@@ -47,8 +67,8 @@ enum Result {
     kTooFarBack = -11,
 };
 
-// `buffer` holds the next `count` bits, least significant first. Above them are zeros or already
-// the bits that follow, so that those may be ORed in again.
+// The bit buffer. `buffer` holds the next `count` bits, least significant first. Above them are
+// zeros or already the bits that follow, so that those may be ORed in again.
 struct BitReader {
     std::uint64_t buffer;
     unsigned count;
@@ -111,6 +131,11 @@ MIRELO_ALWAYS_INLINE void store64(std::uint8_t* to, std::uint64_t word) {
 
 // To at least 56 bits, without a branch; eight bytes must be left. Of `count` only the lowest six
 // bits are looked at.
+//
+// The load is put in above the bits that are there. What does not fit falls off at the top, and
+// what is no whole byte is look-ahead: it is not counted, and the next refill ORs the same bits to
+// the same place. So `next` moves by the whole bytes that found room, (63 - count) / 8, which for
+// counts below 64 is 7 - count / 8, and the count becomes 56 and its own remainder modulo 8.
 MIRELO_ALWAYS_INLINE void refillWord(BitReader& bits) {
     bits.buffer |= load64(bits.next) << (bits.count & 63);
     bits.next += 7 - ((bits.count >> 3) & 7);
@@ -206,6 +231,7 @@ constexpr Period periodOf(unsigned bytes) {
 constexpr Period kPeriods[] = {{},          periodOf(1), periodOf(2), periodOf(3),
                                periodOf(4), periodOf(5), periodOf(6), periodOf(7)};
 
+// A match that overlaps itself with a short distance is a run: its period comes again and again.
 // Repeats what lies less than a word behind. Reading it back from memory would wait for each store,
 // so the period is built in registers and only stored.
 MIRELO_ALWAYS_INLINE void repeatPeriod(std::uint8_t* out, std::size_t distance,
@@ -385,13 +411,16 @@ int decodeFastIfRoom(Stream& stream, const Entry* literals, const DistanceEntry*
     return decodeFastPortable(stream, literals, distances);
 }
 
-// A length and a distance with all their bits.
+// A length and a distance with all their bits: codes of 15 each, 5 and 13 extra bits. One refill
+// gives 56, so that a whole match can be taken from it.
 constexpr unsigned kLongestMatchBits = 15 + 5 + 15 + 13;
 
 // What the careful loop returns when the fast one may go on.
 constexpr int kGoOn = 3;
 
-// To the end of the block; in a window only one symbol, because then there is room again.
+// To the end of the block; in a window only one symbol, because then there is room again. Zeros
+// stand in for bits that the input does not have. A symbol that was looked up with them and needs
+// more bits than there are shows that the input ended.
 int decodeCarefully(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
     BitReader& bits = stream.bits;
     do {
@@ -428,7 +457,10 @@ int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* di
     return result;
 }
 
-// The lengths of the two codes, one after the other, themselves coded.
+// The lengths of the two codes, one after the other, themselves coded (RFC 1951, section 3.2.7): a
+// run length coding in which 0 to 15 are lengths, 16 repeats the one before three to six times, 17
+// and 18 are three to ten and eleven to 138 zeros. A run may pass from the first code into the
+// second, but not beyond.
 int readLengths(BitReader& bits, const Entry* codeLengths, std::uint8_t* lengths,
                 std::size_t count) {
     constexpr std::uint8_t kBase[] = {3, 3, 11};
@@ -455,6 +487,8 @@ int readLengths(BitReader& bits, const Entry* codeLengths, std::uint8_t* lengths
     return kSuccess;
 }
 
+// The third code, in which the lengths of the other two are coded. Its own lengths have three bits
+// each and come in an order in which the last ones are mostly zero and left out.
 int readCodeLengthCode(BitReader& bits, std::size_t count, Entry* table) {
     constexpr std::uint8_t kOrder[] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                        11, 4,  12, 3, 13, 2, 14, 1, 15};
@@ -468,6 +502,8 @@ int readCodeLengthCode(BitReader& bits, std::size_t count, Entry* table) {
     return shape == CodeShape::complete ? kSuccess : kBadCodeLengthCode;
 }
 
+// Five bits, five bits and four bits say how many lengths there are of each code: HLIT, HDIST and
+// HCLEN. The format has 286 literals and lengths and 30 distances; the counts could say 288 and 32.
 int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances) {
     refill(bits, 14);
     if (bits.count < 14) return kInputExhausted;
@@ -508,6 +544,8 @@ int decodeDynamicBlock(Stream& stream) {
     return result != kSuccess ? result : decodeSymbols(stream, literals, distances);
 }
 
+// Bytes as they are (RFC 1951, section 3.2.4). The bits left in the byte that has been begun are
+// dropped; whole bytes that the bit buffer took already are given back.
 int copyStoredBlock(Stream& stream) {
     BitReader& bits = stream.bits;
     bits = {0, 0, unread(bits), bits.end};

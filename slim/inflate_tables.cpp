@@ -18,6 +18,9 @@ constexpr unsigned kLongestCode = 15;
 constexpr std::size_t kMostSymbols = 288;
 constexpr Entry kUndefined = kRare | kNoSymbol | kLongestCode;
 
+// Lengths and distances are coded as ranges (RFC 1951, section 3.2.5): the symbol names the range,
+// the extra bits behind its code the place in it. Ranges double in width every four lengths and
+// every two distances, but for the last length, 258, which has a symbol of its own.
 struct Range {
     std::uint16_t base;
     std::uint8_t extraBits;
@@ -87,6 +90,7 @@ constexpr DistanceEntry subTableEntry(DistanceEntry, unsigned offset, unsigned i
     return kRare | kSubTable | DistanceEntry{offset} << 32 | indexBits;
 }
 
+// Counting up on a number whose bits stand in reverse: the carry runs from the top down.
 constexpr unsigned nextReversed(unsigned code, unsigned bits) {
     const unsigned highestZero = std::bit_floor(~code & ((1U << bits) - 1));
     return (code & (highestZero - 1)) | highestZero;
@@ -100,6 +104,8 @@ struct CanonicalCode {
     unsigned longest = 0;
 };
 
+// A counting sort by length, which keeps the order of the symbols: that is the order in which the
+// format gives out the codes (RFC 1951, section 3.2.2).
 constexpr void sortByLength(CanonicalCode& code, const std::uint8_t* lengths, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         ++code.counts[lengths[i]];
@@ -120,6 +126,9 @@ constexpr void sortByLength(CanonicalCode& code, const std::uint8_t* lengths, st
     }
 }
 
+// The Kraft sum. A tree has two places at its first level, and every place that no code takes
+// becomes two at the next. Fewer than none left means that codes overlap; some left at the end,
+// that there are bits which no code stands for.
 constexpr CodeShape judge(const CanonicalCode& code) {
     int unused = 1;
     for (unsigned length = 1; length <= kLongestCode; ++length) {
@@ -203,6 +212,8 @@ CodeShape build(AnyEntry* table, const AnyEntry* symbols, const std::uint8_t* le
     return shape;
 }
 
+// The codes of type 1, made by the same builder and at compile time (RFC 1951, section 3.2.6). The
+// symbols 286 and 287 and the distances 30 and 31 take part in the codes but must not occur.
 constexpr auto kFixedLiteralTable = [] {
     std::uint8_t lengths[288] = {};
     std::fill(lengths, lengths + 144, std::uint8_t{8});

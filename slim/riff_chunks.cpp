@@ -1,3 +1,11 @@
+// A chunk and its pad byte; a list, which is a chunk that holds chunks behind its type; a stream,
+// which looks like a list of its own kind:
+//
+//   [id 4][size 4][size bytes][pad byte where the size is odd]
+//   ["LIST"][size 4][type 4][chunk][chunk]...
+//   ["RIFF"][size 4][form 4][chunk][chunk]...
+//
+// Pad bytes count in the size of the list around them, but not in their own chunk's.
 #include "slim/riff_chunks.h"
 
 #include <algorithm>
@@ -65,9 +73,9 @@ std::uint32_t countIn(ByteView stream, std::size_t start, std::size_t end, std::
 // shorter. A stream in which nothing is found costs that walk, and any other one move of what stays
 // behind the first gap, inside its own memory.
 //
-//   before   ... LIST 60  bmkt  bmrk 16 ....  bmrk 16 ....  loda 3 abc 0  ...
+//   before   ... LIST 64  bmkt  bmrk 16 ....  bmrk 16 ....  loda 3 abc 0  ...
 //   gaps                        |<-- 24 -->|<-- 24 -->|
-//   after    ... LIST 12  bmkt  loda 3 abc 0  ...
+//   after    ... LIST 16  bmkt  loda 3 abc 0  ...
 
 // Bytes that go. A list's new size decides whether a pad byte follows it: one may also come.
 struct Gap {
@@ -169,6 +177,9 @@ void Stripper::apply(Bytes& stream) const {
     stream.resize(filled);
     writeU32(stream, 4, static_cast<std::uint32_t>(filled - kChunkHeaderSize));
 }
+
+// Repairing goes over the top level and one level below it, and follows the parity of positions
+// rather than of sizes.
 
 // Clamps the size of the chunk at `at` so that it ends at `end` at the latest.
 std::size_t clampChunk(Bytes& stream, std::size_t at, std::size_t end) {

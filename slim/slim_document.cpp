@@ -84,11 +84,10 @@ bool backUp(Slimming& slimming) {
 }
 
 // Reads into the memory that the analysis has left: getting as much anew costs as much as reading.
-// The backup lies between the two readings: contents that are not the first ones are nowhere else.
+// The backup lies between the two readings, so the version that may be overwritten stays the first.
 bool unpack(Slimming& slimming, ZipArchive& archive, FileImage image) {
     slimming.outOfMemory = kUnpackFailed;
     if (!slimming.files.readWhole(slimming.path, image)) return slimming.fail(kUnpackFailed);
-    if (image.version != slimming.version) return slimming.fail(refusal(kSavedMeanwhile).c_str());
     return archive.openFromBytes(std::move(image.bytes)).ok || slimming.fail(kUnpackFailed);
 }
 

@@ -1,3 +1,7 @@
+// An archive is read from its end: the end record tells where the directory is, the directory where
+// each entry's local header is, and that, by the lengths of its own name and extra field, where the
+// data begin. What an archive claims is checked against the image before it is used.
+//
 // Reads what PKWARE's application note calls the end of central directory record, the central
 // directory and the local headers. Where central and local header differ the central one holds,
 // except for the start of the data, which only the local header's own lengths tell.
@@ -15,7 +19,8 @@
 
 namespace {
 
-// A deflated match of 258 bytes costs two bits at least: no stream expands further than this.
+// A deflated match of 258 bytes costs two bits at least, one for its length and one for its
+// distance: no stream expands further than this, and no claimed size beyond it is believed.
 constexpr std::uint64_t kMostExpansion = 1032;
 
 struct Directory {
@@ -24,7 +29,10 @@ struct Directory {
     std::size_t endRecord;
 };
 
-// The record whose comment ends exactly where the file does, searched from the end.
+// The record whose comment ends exactly where the file does, searched from the end (4.3.16). A
+// comment may hold anything, the signature included; a record that does not account for every byte
+// up to the end of the file is such an accident. The farthest it can begin is its own length and
+// that of the longest comment before the end.
 std::optional<Directory> findDirectory(ByteView image) {
     const std::size_t n = image.size();
     if (n < zip::kEndSize) return std::nullopt;
@@ -41,6 +49,8 @@ std::optional<Directory> findDirectory(ByteView image) {
     return std::nullopt;
 }
 
+// The local header repeats the name, but has an extra field of its own length (4.3.7): CorelDRAW
+// writes one into central headers only. Sums are done in 64 bits, where 32-bit fields cannot wrap.
 ByteView locateData(ByteView image, std::uint64_t localOffset, std::uint32_t compressedSize) {
     if (localOffset + zip::kLocalSize > image.size()) return {};
     const auto local = static_cast<std::size_t>(localOffset);
@@ -84,6 +94,8 @@ std::optional<Header> readHeader(ByteView image, std::size_t at) {
                                         readU16(header, zip::kCentralCommentLength)};
 }
 
+// Memory is reserved for as many headers as fit into the rest of the image, whatever the end record
+// counts.
 void readEntries(ByteView image, const Directory& directory, std::vector<ZipEntry>& entries) {
     std::size_t at = directory.offset;
     entries.reserve(std::min(directory.totalEntries, (image.size() - at) / zip::kCentralSize));
@@ -96,6 +108,7 @@ void readEntries(ByteView image, const Directory& directory, std::vector<ZipEntr
     }
 }
 
+// A compressed size that the data do not have means that they could not be located.
 bool isDecodable(const ZipEntry& entry) {
     return entry.method == zip::kDeflated && entry.uncompressedSize != 0 &&
            entry.data().size() == entry.compressedSize;
@@ -126,7 +139,8 @@ bool isSameName(std::wstring_view left, std::wstring_view right) {
     }
 }
 
-// The first entry of this name that is not deleted, or null.
+// The first entry of this name that is not deleted, or null. Archives hold tens of entries: a
+// search from the start is quick enough.
 template <typename Entries>
 auto findEntry(Entries& entries, std::wstring_view name) -> decltype(entries.data()) {
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const ZipEntry& entry) {

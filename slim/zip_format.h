@@ -1,5 +1,18 @@
 // The records of a single-disk ZIP archive: PKWARE's application note, sections 4.3.7, 4.3.12 and
 // 4.3.16. Every field is little-endian.
+//
+//   [local header][name][extra][data]   ...one for every entry
+//   [central header][name][extra][comment]   ...one for every entry, together the directory
+//   [end record][comment]
+//
+//   local header    0 signature  4 version  6 flags  8 method  10 time  12 date  14 CRC-32
+//     30 bytes     18 compressed size  22 uncompressed size  26 name length  28 extra length
+//   central header  0 signature  4 made by  6 version  8 flags  10 method  12 time  14 date
+//     46 bytes     16 CRC-32  20 compressed size  24 uncompressed size  28 name length
+//                  30 extra length  32 comment length  34 disk  36, 38 attributes
+//                  42 offset of the local header
+//   end record      0 signature  4, 6 disks  8, 10 entries  12 size and 16 offset of the directory
+//     22 bytes     20 comment length
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,13 @@
 // Local headers with their data, the central directory, the end record: PKWARE's application note,
-// section 4.3.6.
+// section 4.3.6. zip_format.h draws them.
+//
+// The length of the image follows from the entries, so the buffer has its size before the first
+// byte is written. It is a new one, or that of the old image, in which data that stay only move:
+//
+//   before  [h][  data 1  ][h][ data 2 ][h][   data 3   ][h][ data 4 ][directory]
+//   after   [h][  data 1  ][h][     data 2 anew     ][h][   data 3   ][directory]
+//
+// Data 3 move to the right here; behind a large entry that was taken out they move to the left.
 #include "slim/zip_writer.h"
 
 #include <algorithm>
@@ -57,6 +65,7 @@ class Writer {
     std::size_t length_ = 0;
 };
 
+// What is written at all. A name of more than 65,535 bytes has no place in the format.
 std::vector<Written> selectEntries(const ZipArchive& archive) {
     std::vector<Written> selected;
     selected.reserve(archive.entryCount());
@@ -68,6 +77,7 @@ std::vector<Written> selectEntries(const ZipArchive& archive) {
     return selected;
 }
 
+// Every name stands twice, in the local and in the central header.
 std::uint64_t imageSize(const std::vector<Written>& selected) {
     std::uint64_t size = zip::kEndSize;
     for (const Written& written : selected) {
@@ -111,6 +121,7 @@ void writeLocal(Writer& writer, Written& written) {
     writer.append(data);
 }
 
+// The central header repeats the local one's fields and adds what this writer leaves at 0.
 void writeCentral(Writer& writer, const Written& written) {
     writer.u32(zip::kCentralSignature);
     writer.u16(kVersion);
@@ -124,6 +135,7 @@ void writeCentral(Writer& writer, const Written& written) {
     writer.append(written.entry->rawName);
 }
 
+// The end record of an archive on one disk: disk 0, with all entries on it.
 void writeEnd(Writer& writer, std::size_t entryCount, std::uint32_t directoryOffset) {
     const std::uint32_t directorySize = writer.length() - directoryOffset;
     writer.u32(zip::kEndSignature);

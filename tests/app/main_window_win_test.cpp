@@ -144,8 +144,29 @@ TEST_F(MainWindowTest, DrawsAndCopiesAnyText) {
     const auto* copied = static_cast<const wchar_t*>(GlobalLock(GetClipboardData(CF_UNICODETEXT)));
     const std::wstring text = copied != nullptr ? copied : L"";
     CloseClipboard();
-    EXPECT_NE(text.find(L"a\uFFFDb\r\n"), std::wstring::npos);
+    EXPECT_NE(text.find(L"a b\r\n"), std::wstring::npos);
     EXPECT_TRUE(text.ends_with(L"W\r\n"));
+}
+
+TEST_F(MainWindowTest, DropsWhatIsClickedBesideAnOpenQuestion) {
+    paint();
+    HWND box = CreateWindowW(L"#32770", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                             nullptr, nullptr);
+    const float scale = window_.dpiScale / 96;
+    const LPARAM onFix = MAKELPARAM(static_cast<int>(150 * scale), static_cast<int>(80 * scale));
+    window_.host.confirm = [&](const std::wstring&, const std::wstring&, ConfirmStyle) {
+        SendMessageW(window_.hwnd, WM_LBUTTONDOWN, 0, onFix);
+        PostMessageW(window_.hwnd, WM_LBUTTONDOWN, 0, onFix);
+        return false;
+    };
+    pressButton(window_, kPrinterAction);
+    DestroyWindow(box);
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, window_.hwnd, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE));
+    EXPECT_EQ(window_.state.statusText, L"Please answer the open question first.");
+    EXPECT_EQ(window_.state.currentTab, kDiagnoseTab);
+    SendMessageW(window_.hwnd, WM_LBUTTONDOWN, 0, onFix);
+    EXPECT_EQ(window_.state.currentTab, kFixTab) << "a click counts again";
 }
 
 TEST_F(MainWindowTest, LeavesTheProcessInItsFolderAfterTheDialog) {

@@ -127,6 +127,9 @@ TEST(WindowState, ScrollsTheReportThatHasTheFocus) {
         press(state, keys);
         EXPECT_EQ(state.log.scrollBack, scrollBack) << keys;
     }
+    state.log.scrollBack = 1000;  // the wheel goes on without an end
+    press(state, "d");
+    EXPECT_EQ(state.log.scrollBack, 41);
 }
 
 TEST(WindowState, SelectsALogLineWhereNothingElseIsHit) {

@@ -49,7 +49,8 @@ std::filesystem::path PlainPracticeProgram() {
 
 PracticeProcess::PracticeProcess(const std::wstring& way, const std::filesystem::path& program)
     : name_(FreshName()), job_(EndingJob()), ready_(OpenSignal(name_, L"ready")) {
-    std::wstring command = L"\"" + program.wstring() + L"\" " + way + L" --name " + name_;
+    std::wstring command =
+        L"\"" + program.wstring() + L"\" " + way + L" --name " + name_ + L" --lifetime-s 7200";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};

@@ -104,6 +104,7 @@ TEST(CaptureNow, TellsTheEvidenceBehindTheDiagnosis) {
     EXPECT_EQ(press.report(), alone + work + L".\n\n");
     EXPECT_EQ(press.report(), alone + work + L"; at the same place as 2 s ago.\n\n");
     EXPECT_EQ(press.report(), alone + work + L"; at the same place as 4 s ago.\n\n");
+    EXPECT_EQ(press.last.frames[0].function, L"OnMouse") << "what may be submitted";
     press.capture.frames[0].function = L"Elsewhere";
     EXPECT_NE(press.report().find(L"; moving: at another place than 2 s ago.\n\n"),
               std::wstring::npos);

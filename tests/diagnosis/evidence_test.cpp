@@ -70,6 +70,8 @@ TEST(Evidence, TellsStuckFromWorking) {
     const auto place = [](StackFrame frame, std::uint64_t sinceUs, std::uint64_t seenUs) {
         return HangPlace{kPid, kMain, {std::move(frame)}, sinceUs, seenUs};
     };
+    StackFrame furtherOn = kCore;
+    furtherOn.address = 5;
     StackFrame elsewhere = Frame(L"hook", L"");
     elsewhere.address = 6;
     const HangPlace now = place(kCore, 88'400'000, 100'000'000);
@@ -84,7 +86,7 @@ TEST(Evidence, TellsStuckFromWorking) {
         {9, now, {}, L"waiting, 9 % of a core during the capture."},
         {10, now, otherThread,
          L"computing part of the time (10 % of one core) during the capture."},
-        {97, now, place(kCore, 0, 0),
+        {97, now, place(furtherOn, 0, 0),
          L"computing (97 % of one core) during the capture; at the same place as 12 s ago."},
         {0, now, place(kWait, 0, 60'500'000),
          L"waiting, 0 % of a core during the capture; moving: at another place than 40 s ago."},
@@ -137,9 +139,11 @@ TEST(Evidence, ShowsThreadsWorthALook) {
     HangEvidence evidence = Captured({kWait});
     evidence.waits = WaitsForThread(9);
     evidence.otherThreads = {{1, {kWait, kHook}},   {2, {kWait, kCore}}, {3, {kHook}},
-                             {4, {kWait, kPlugin}}, {5, {kDriver}},      {9, {kWait}}};
+                             {4, {kWait, kPlugin}}, {5, {kDriver}},      {6, {Frame(L"", L"Made")}},
+                             {9, {kWait}}};
     const Lines lines = Told(evidence);
-    ASSERT_EQ(lines.size(), 5U) << "no CorelDRAW, and one thread for all in the same function";
+    ASSERT_EQ(lines.size(), 5U)
+        << "nothing of CorelDRAW, nothing without a file, each function once";
     EXPECT_EQ(lines[1], L"Thread 9 is in ntdll.dll!NtWaitForSingleObject.");
     EXPECT_EQ(lines[2],
               L"Thread 4 is in holder.cpg!Hold: Holder Tools 2.1 (Example Ltd), "

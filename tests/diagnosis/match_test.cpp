@@ -26,7 +26,7 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
         Frame(L"ntdll", L"C:\\Windows\\ntdll.dll", L"NtWaitForSingleObject"),
         Frame(L"AcmeSpool", L"C:\\Drivers\\AcmeSpool.dll", L"AskTrays"),
         Frame(L"VGCore", L"C:\\Corel\\VGCore.dll", L"CPage::EnumPrintersOf"),
-        Frame(L"CorelDRW", L"C:\\Corel\\CorelDRW.exe", L"")};
+        Frame(L"CorelDRW", L"C:\\Corel\\CorelDRW.exe", L"StackTraysOpen")};
     const SignatureRule any = Rule("any", L"", L"");
     const struct {
         std::string matched;  // empty: none
@@ -40,7 +40,7 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
         {"path", {Rule("path", L"DRIVERS\\acme", L"")}},
         {"both", {Rule("both", L"spool", L"CPage::")}},
         {"", {Rule("module only", L"spool", L"Unheard")}},
-        {"", {Rule("across two names", L"", L"AskTraysCPage")}},
+        {"", {Rule("across two names", L"", L"AskTraysOpen")}},
         {"any", {Rule("longer than the name", L"", L"AskTraysAndMore"), any}},
         {"", {Rule("other", L"", L"AskTrays", font), Rule("7", L"", L"", unknown)}},
         {"whole", {Rule("whole", L"", L"cpage::enumprintersof")}},

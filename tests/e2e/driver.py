@@ -4,7 +4,6 @@ through the clipboard, screenshots of what is seen."""
 import contextlib
 import os
 import pathlib
-import signal
 import subprocess
 import time
 
@@ -19,7 +18,7 @@ REFRESH, SCAN, CAPTURE, DASHBOARD, PRINTER = 500, 501, 502, 503, 504
 CLEANUP, RESTORE, SETTINGS, SLIM = 505, 506, 507, 508
 UPDATE, SUBMIT, NETWORK = 509, 510, 511
 COPY, CLEAR, WEBSITE = 980, 981, 9001
-TAB, INSTANCE, LANGUAGE = 300, 4000, 4100
+TAB, LANGUAGE = 300, 4100
 ACCENT, PANEL, SELECTED = "#E8590C", "#E9EDF2", "#FDEEE6"
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
@@ -373,7 +372,3 @@ def closing(thing):
         yield thing
     finally:
         thing.close()
-
-
-def interrupt_as_exit():
-    signal.signal(signal.SIGTERM, lambda *_: (_ for _ in ()).throw(SystemExit(1)))

@@ -32,8 +32,8 @@ def quoted(text):
 class Spooler:
     """Wine's spooler lives in the registry, so printers can be staged. It reports no status: offline is an attribute."""
 
-    PRINTERS = {"Studio": ("LPT1:", 0), "Studio Queue": (r"\\server\queue", 0), "Direct": ("IP_192.168.0.9", 0),
-                "Shared": ("LPT1:", 0x10), "Asleep": ("LPT1:", 0x400), VIRTUAL: ("PORTPROMPT:", 0)}
+    PRINTERS = {"Studio": ("LPT1:", 0), "Studio Queue": (r"\\server\queue", 0), "Asleep": ("LPT1:", 0x400),
+                VIRTUAL: ("PORTPROMPT:", 0)}
 
     def __init__(self, wine, tmp_path):
         self._wine, self._folder = wine, tmp_path
@@ -48,13 +48,6 @@ class Spooler:
     def close(self):
         import_registry(self._wine, self._folder, *(f"[-{PRINTERS}\\{name}]" for name in self.PRINTERS),
                         f"[{DEVICES}]", *(f'"{name}"=-' for name in self.PRINTERS), f"[{DEFAULT}]", '"Device"=-')
-
-    def accept(self, name):
-        self._wine.set_registry(DEVICES, name, f"winspool,{self.PRINTERS[name][0]}")
-
-    def refuse(self, name):
-        """From now on nobody can make it the default printer."""
-        self._wine.delete_registry(DEVICES, name)
 
     @property
     def default(self):

@@ -1,5 +1,7 @@
 """The window on the screens of the trade, with a taskbar: all of it in sight, and no button that seems dead."""
 
+import re
+
 import pytest
 
 from driver import ABOUT_TAB, CLOUD_TAB, DIAGNOSE_TAB, FIX_TAB, SCAN, Desktop, Mirelo, Practice, WineBox, closing, wait_for
@@ -25,9 +27,9 @@ def screen(request, wine):
 def test_the_first_window_lies_on_the_screen_and_shows_what_a_click_did(screen):
     wine, width, height, dpi = screen
     with closing(Practice(wine, "responsive")), closing(Mirelo(wine, language=GERMAN, dpi=dpi)) as app:
-        frame = wine.desktop.run("xdotool", "getwindowgeometry", "--shell", app.window)
-        place = dict(line.split("=") for line in frame.split())
-        left, top, (client_width, client_height) = int(place["X"]), int(place["Y"]), app.size()
+        told = wine.desktop.run("xwininfo", "-id", app.window)
+        left, top = (int(re.search(rf"Absolute upper-left {axis}: +(-?[0-9]+)", told)[1]) for axis in "XY")
+        client_width, client_height = app.size()
         assert left >= 0 and top > 0 and left + client_width <= width and top + client_height <= height
         for tab in (ABOUT_TAB, CLOUD_TAB, DIAGNOSE_TAB, FIX_TAB):
             app.show(tab)

@@ -19,13 +19,7 @@
 IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
-
-// Its header does not declare this one as imported: the linker takes a definition of the same name.
-static Imitation<decltype(::WinHttpOpen)> WinHttpOpenImitation("winhttp.dll", "WinHttpOpen");
-HINTERNET WINAPI WinHttpOpen(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR bypass,
-                             DWORD flags) {
-    return WinHttpOpenImitation.call(agent, accessType, proxy, bypass, flags);
-}
+IMITATE("winhttp.dll", WinHttpOpen);
 
 TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     std::vector<DWORD> accessTypes;
@@ -44,9 +38,24 @@ TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
-TEST(HostileCache, NoFailureCostsTheCacheThatIsThere) {
-    const std::string before = ReadCacheFile();
-    ASSERT_TRUE(WriteCacheFile("good"));
+TEST(HostileCacheFile, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
+    constexpr std::size_t kSizeLimit = 0x200000;
+    // A profile as before the first download: the tool's folder is not there.
+    wchar_t profile[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH - 20, profile);
+    wcscat(profile, L"mirelo-profile");
+    CreateDirectoryW(profile, nullptr);
+    const Staged fresh(SHGetFolderPathWImitation,
+                       [&](HWND, int, HANDLE, DWORD, LPWSTR path) -> HRESULT {
+                           wcscpy(path, profile);
+                           return S_OK;
+                       });
+    for (const std::size_t size : {kSizeLimit, kSizeLimit - 1, std::size_t{0}}) {
+        ASSERT_TRUE(WriteCacheFile(std::string(size, 'x')));
+        EXPECT_EQ(ReadCacheFile().size(), size % kSizeLimit);
+    }
+    const std::string good("\0\r\n\xFF", 4);
+    ASSERT_TRUE(WriteCacheFile(good));
     {
         const Staged full(WriteFileImitation,
                           [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
@@ -71,9 +80,10 @@ TEST(HostileCache, NoFailureCostsTheCacheThatIsThere) {
         ASSERT_TRUE(other);
         EXPECT_FALSE(WriteCacheFile("another Mirelo is at it"));
     }
-    EXPECT_EQ(ReadCacheFile(), "good");
+    EXPECT_EQ(ReadCacheFile(), good);
     DeleteFileW(CacheFilePath().c_str());
-    if (!before.empty()) WriteCacheFile(before);
+    EXPECT_TRUE(RemoveDirectoryW(toolFolder().c_str())) << "something is left behind";
+    RemoveDirectoryW(profile);
 }
 
 TEST(HostileFolders, AProfileWithoutAFolderOrWithADeadServerHasNone) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr DWORD kLongMs = 60000;
+constexpr DWORD kLongMs = 20000;
 constexpr unsigned kShortMs = 100;
 
 struct Spooler {

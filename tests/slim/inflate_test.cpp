@@ -21,6 +21,9 @@ Bytes matchesOfAllKinds() {
                 data.push_back(data[data.size() - distance]);
         }
     }
+    // Longer than the window: at every turn of it something refers far back.
+    for (int i = 0; i < 300000; ++i)
+        data.push_back(data[data.size() - 30000]);
     return data;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "slim/document.h"
+#include "slim/zip_format.h"
 #include "tests/slim/document_builder.h"
 #include "tests/slim/fake_files.h"
 
@@ -54,6 +55,23 @@ TEST(Document, VerifiesTheStructureOfAnArchive) {
         EXPECT_EQ(check.detail, c.detail);
         EXPECT_EQ(check.note, c.note);
     }
+}
+
+// What previews that share their bytes hold together is told by what they claim, not by decoding.
+TEST(Document, DecodesNoMoreThanTheFileIsLong) {
+    Bytes image(zipImage({{"previews/1", Bytes(3000, 'p'), false},
+                          {"previews/2", Bytes(3000, 'p'), false},
+                          {"previews/3", {}, false}}));
+    for (const std::size_t i : {1U, 2U}) {
+        const std::size_t header = centralHeader(image, i);
+        writeU32(image, header + zip::kCentralCompressedSize, 3000);
+        writeU32(image, header + zip::kCentralUncompressedSize, 7);
+        writeU32(image, header + zip::kCentralLocalOffset, 0);
+    }
+    FakeFiles files{{{kPath, image}}};
+    const DocumentAnalysis analysis = analyseDocument(kPath, files.seam());
+    EXPECT_EQ(analysis.previews, 3U);
+    EXPECT_EQ(analysis.previewBytes, 3000U + 3000U + 7U);
 }
 
 TEST(SlimDocument, DoesOnlyWhatTheOptionsSelectAndIsCleanThen) {
