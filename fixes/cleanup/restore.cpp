@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <ranges>
 
 #include "base/files/file_transfer.h"
 #include "base/size_text.h"
@@ -158,11 +159,11 @@ void Restoring::restoreFile(const PlannedItem& item) {
 // more moves inside them.
 void Restoring::restoreFolders(const std::vector<PlannedItem>& items, bool hasMoved) {
     std::vector<const PlannedItem*> unlike;
-    for (auto item = items.rbegin(); item != items.rend(); ++item) {
-        if (!item->isFolder || RootAbove(item->path, context_.roots) == nullptr) continue;
-        const bool isGone = !exists(item->path);
-        if (isGone && createParents(*item).isDone()) files_.createFolder(item->path);
-        if (isGone || hasMoved) unlike.push_back(&*item);
+    for (const PlannedItem& item : std::views::reverse(items)) {
+        if (!item.isFolder || RootAbove(item.path, context_.roots) == nullptr) continue;
+        const bool isGone = !exists(item.path);
+        if (isGone && createParents(item).isDone()) files_.createFolder(item.path);
+        if (isGone || hasMoved) unlike.push_back(&item);
     }
     for (; !unlike.empty(); unlike.pop_back())
         files_.setStamp(unlike.back()->path, unlike.back()->stamp);
