@@ -14,7 +14,7 @@ def test_nothing_is_sent_without_the_network_and_a_restart_keeps_what_was_chosen
         app.wait_for_report("hot-updated")
         app.click(CAPTURE)
         app.wait_for_report("--- Top 8 frames ---")
-        asked = len(server.requests())
+        asked = len(server.requests)
         app.show(CLOUD_TAB)
         app.click(NETWORK)
         app.wait_for_report("[Cloud] Network disabled" + SWITCHED)
@@ -32,4 +32,4 @@ def test_nothing_is_sent_without_the_network_and_a_restart_keeps_what_was_chosen
         again = mirelo(program=PROGRAM, language=None)
         assert again.title() == german and "CDR Hang Diagnosis" not in german
         assert "[Signatures] 7 (5 rules)" in again.report() and "[Cloud]" not in again.report()
-        assert len(server.requests()) == asked
+        assert len(server.requests) == asked
