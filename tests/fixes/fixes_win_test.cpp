@@ -98,7 +98,9 @@ TEST(CleanupOnWindows, BringsAProfileBackOnEveryVolumeAndLeavesLinksAndFilesInUs
     for (const std::wstring& path : moved)
         WriteStaged(path, utf8FromWide(path), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(MakeLink(suite + L"X8", stage.path() + L"\\victims", SYMBOLIC_LINK_FLAG_DIRECTORY));
-    const FileStamp before = WindowsFileSystem({roots[1]}).inspect(moved[0]).stamp;
+    std::vector<FileStamp> before;
+    for (const std::wstring& path : moved)
+        before.push_back(WindowsFileSystem({stage.path()}).inspect(path).stamp);
     FakeHost fake;
     const auto act = [&](const std::wstring& tool, const auto& handler) {
         WindowsFileSystem files({roots[0], roots[1], roots[2], tool});
@@ -127,11 +129,11 @@ TEST(CleanupOnWindows, BringsAProfileBackOnEveryVolumeAndLeavesLinksAndFilesInUs
         EXPECT_FALSE(IsThere(parentFolder(moved[0])));
         const std::string restored = act(tool.path(), BringBack);
         EXPECT_NE(restored.find("[OK] 3 files"), std::string::npos) << restored;
-        for (const std::wstring& path : moved) {
-            const FileStamp after = WindowsFileSystem({stage.path()}).inspect(path).stamp;
-            EXPECT_EQ(ReadStaged(path), utf8FromWide(path));
-            EXPECT_EQ(after.modified, before.modified);
-            EXPECT_EQ(after.attributes, before.attributes);
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            const FileStamp after = WindowsFileSystem({stage.path()}).inspect(moved[i]).stamp;
+            EXPECT_EQ(ReadStaged(moved[i]), utf8FromWide(moved[i]));
+            EXPECT_EQ(after.modified, before[i].modified);
+            EXPECT_EQ(after.attributes, before[i].attributes);
         }
     }
 }

@@ -68,7 +68,10 @@ void WriteStaged(const std::wstring& path, const std::string& contents, DWORD at
                                       CREATE_ALWAYS, attributes, nullptr));
     DWORD written = 0;
     WriteFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr);
-    const FILETIME time = {0, 30'733'650};
+    std::uint64_t ticks = 132'000'000'000'000'000;
+    for (const char c : contents)
+        ticks += static_cast<unsigned char>(c) * std::uint64_t{98'765'432'100};
+    const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
     SetFileTime(file.get(), &time, &time, &time);
 }
 

@@ -21,7 +21,7 @@ class StagedFolder {
     std::wstring path_;
 };
 
-/// Writes a file and the folders above it; its times are in the past.
+/// Writes a file and the folders above it; its time of change follows from its contents.
 void WriteStaged(const std::wstring& path, const std::string& contents,
                  DWORD attributes = FILE_ATTRIBUTE_ARCHIVE);
 std::string ReadStaged(const std::wstring& path);

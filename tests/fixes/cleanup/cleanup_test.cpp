@@ -123,10 +123,11 @@ TEST(Cleanup, AsksWithFoldersSizesAndWhatItMeans) {
                                 L"PHOTO-PAINT is running", L"Cancelled, nothing was moved."})
         EXPECT_TRUE(holds(report, part)) << part;
     const std::wstring& question = stage.host.questions.at(0);
+    // Of the temporary files only those outside the folder that is not trusted.
     for (const std::wstring& part :
          {L"\n  " + kRoots[1] + L"\\CrashDumps\n",
           L"Backup folder: " + kNear + L"\\backups\\cleanup_",
-          std::wstring(L"Thumbnail caches: 3 files, "), std::wstring(L"CorelDRAW is running")})
+          std::wstring(L"Temporary files: 2 files, "), std::wstring(L"CorelDRAW is running")})
         EXPECT_TRUE(holds(question, part)) << utf8FromWide(question);
     EXPECT_FALSE(holds(question, L"PHOTO-PAINT\\PreviewCache"));
 }
