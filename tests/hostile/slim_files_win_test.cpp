@@ -35,7 +35,9 @@ void expectPutBackWhen(Imitation<Function>& imitation, int failingCall) {
     const Document document;
     int calls = 0;
     const Staged failing(imitation, [&](auto... arguments) {
-        return ++calls == failingCall ? FALSE : imitation.real(arguments...);
+        if (++calls != failingCall) return imitation.real(arguments...);
+        SetLastError(ERROR_DISK_FULL);
+        return FALSE;
     });
     const SlimOutcome outcome = document.slim();
     EXPECT_EQ(outcome.message, L"Failed to write back (file may be held by CDR). Backup kept: " +
