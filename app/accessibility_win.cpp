@@ -114,6 +114,8 @@ bool isChosen(Role role) {
 
 // One element of the tree as readers see it. It names its node by role and number, and finds it in
 // whichever tree is the newest.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): nobody but its last release deletes
+// it
 class Element final : public IRawElementProviderSimple,
                       public IRawElementProviderFragment,
                       public IRawElementProviderFragmentRoot,
@@ -125,7 +127,6 @@ class Element final : public IRawElementProviderSimple,
         : shared_(std::move(shared)), role_(role), number_(number) {}
     Element(const Element&) = delete;
     Element& operator=(const Element&) = delete;
-    ~Element() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
@@ -184,6 +185,8 @@ class Element final : public IRawElementProviderSimple,
     }
 
   private:
+    ~Element() = default;  // by its last release
+
     // A tree and this element's place in it, -1 when it has gone.
     struct Place {
         std::shared_ptr<const AccessibleTree> tree;

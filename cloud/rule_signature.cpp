@@ -50,7 +50,7 @@ std::optional<EcdsaPair> KeyFromHex(std::string_view digits) {
     for (std::size_t i = 0; i < digits.size(); ++i) {
         const std::size_t value = kHex.find(digits[i]);
         if (value == std::string_view::npos) return std::nullopt;
-        key[i / 2] = static_cast<std::uint8_t>(key[i / 2] * 16U + value);
+        key[i / 2] = static_cast<std::uint8_t>(std::size_t{key[i / 2]} * 16 + value);
     }
     return key;
 }

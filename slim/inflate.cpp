@@ -596,6 +596,7 @@ int decodeThroughWindow(Stream& stream) {
     stream.isWindow = true;
     const int result = decodeBlocks(stream);
     sumUp(stream);
+    stream.dest = nullptr;
     return result;
 }
 

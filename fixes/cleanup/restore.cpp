@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 
 #include "base/files/file_transfer.h"
 #include "base/size_text.h"
@@ -159,7 +158,8 @@ void Restoring::restoreFile(const PlannedItem& item) {
 // more moves inside them.
 void Restoring::restoreFolders(const std::vector<PlannedItem>& items, bool hasMoved) {
     std::vector<const PlannedItem*> unlike;
-    for (const PlannedItem& item : std::views::reverse(items)) {
+    for (auto place = items.rbegin(); place != items.rend(); ++place) {
+        const PlannedItem& item = *place;
         if (!item.isFolder || RootAbove(item.path, context_.roots) == nullptr) continue;
         const bool isGone = !exists(item.path);
         if (isGone && createParents(item).isDone()) files_.createFolder(item.path);
