@@ -114,8 +114,8 @@ bool isChosen(Role role) {
 
 // One element of the tree as readers see it. It names its node by role and number, and finds it in
 // whichever tree is the newest.
-// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): nobody but its last release deletes
-// it
+// Only its last release deletes it.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class Element final : public IRawElementProviderSimple,
                       public IRawElementProviderFragment,
                       public IRawElementProviderFragmentRoot,
@@ -185,7 +185,7 @@ class Element final : public IRawElementProviderSimple,
     }
 
   private:
-    ~Element() = default;  // by its last release
+    ~Element() = default;
 
     // A tree and this element's place in it, -1 when it has gone.
     struct Place {
