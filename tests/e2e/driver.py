@@ -57,7 +57,7 @@ class Desktop:
         self._processes = []
         reader, writer = os.pipe()
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[writer], stderr=subprocess.DEVNULL)
         self._processes.append(server)
         os.close(writer)
