@@ -3,8 +3,6 @@
 import os
 import struct
 import subprocess
-import threading
-import time
 
 import pytest
 
@@ -51,22 +49,6 @@ def test_damaged_documents_stay_as_they_are(fix_page, tmp_path):
     for name, (contents, detail) in DAMAGED.items():
         assert f"[Slim] {name}.cdr {REFUSED.format(detail)}" in report
         assert (tmp_path / f"{name}.cdr").read_bytes() == contents
-
-
-def test_what_is_saved_in_the_meantime_stays(fix_page, tmp_path):
-    path, saved = tmp_path / "plan.cdr", document(views=7)
-    path.write_bytes(document(payload=30_000_000))
-
-    def save():
-        while not list(tmp_path.glob("*.mirelobak")):
-            time.sleep(0.001)
-        path.write_bytes(saved)
-
-    editor = threading.Thread(target=save, daemon=True)
-    editor.start()
-    report = slim(fix_page(), tmp_path, path.name)
-    assert f"[Slim] plan.cdr {REFUSED.format('the file was saved again in the meantime')}" in report
-    assert path.read_bytes() == saved
 
 
 @pytest.mark.skipif(os.geteuid() != 0, reason="no right to mount a small disk")
