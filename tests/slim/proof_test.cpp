@@ -28,26 +28,6 @@ Bytes document(const Bytes& root = stream(2)) {
                      {"META-INF/metadata.xml", bytesOf("<metadata/>")}});
 }
 
-// With one field changed: of an entry's central or local header, or of the end record.
-Bytes central(std::string_view name, std::size_t field, std::uint32_t value) {
-    Bytes image = document();
-    writeU16(image, centralHeader(image, name) + field, value & 0xFFFF);
-    if (value > 0xFFFF) writeU16(image, centralHeader(image, name) + field + 2, value >> 16);
-    return image;
-}
-
-Bytes local(std::size_t field, std::uint32_t value) {
-    Bytes image = document();
-    writeU16(image, localHeader(image, kBitmaps) + field, value);
-    return image;
-}
-
-Bytes counting(std::uint32_t entries) {
-    Bytes image = document();
-    writeU16(image, image.size() - zip::kEndSize + zip::kEndTotalEntries, entries);
-    return image;
-}
-
 }  // namespace
 
 TEST(Proof, RefusesArchivesThatWouldLoseSomething) {
@@ -59,26 +39,37 @@ TEST(Proof, RefusesArchivesThatWouldLoseSomething) {
     const std::wstring bitmaps = L"\"content/data/Bitmaps.dat\"";
     const std::wstring mimetype = L"\"mimetype\"";
     constexpr std::uint32_t kAll = 0xFFFFFFFF;
+    const Bytes good = document();
+    const std::size_t local = localHeader(good, kBitmaps);
+    const std::size_t first = centralHeader(good, "mimetype");
+    const std::size_t second = centralHeader(good, kBitmaps);
+    const std::size_t preview = centralHeader(good, "previews/page1.png");
+    const std::size_t count = good.size() - zip::kEndSize + zip::kEndTotalEntries;
+    const auto with = [&](std::size_t at, std::uint32_t value) {
+        Bytes image = good;
+        value > 0xFFFF ? writeU32(image, at, value) : writeU16(image, at, value);
+        return image;
+    };
     const std::pair<Bytes, std::wstring> cases[] = {
-        {document(), L""},
-        {central(kBitmaps, zip::kCentralCompressedSize, kAll), bitmaps + zip64},
-        {central(kBitmaps, zip::kCentralUncompressedSize, kAll), bitmaps + zip64},
-        {central(kBitmaps, zip::kCentralLocalOffset, kAll), bitmaps + zip64},
-        {central(kBitmaps, zip::kCentralFlags, 0x0801), bitmaps + L" is encrypted"},
-        {local(zip::kLocalFlags, 0x0801), bitmaps + L" is encrypted"},
-        {local(0, 0x4B51), bitmaps + noData},
-        {central("mimetype", zip::kCentralCompressedSize, 2000), mimetype + noData},
-        {central("mimetype", zip::kCentralUncompressedSize, 2), mimetype + sum},
-        {central("mimetype", zip::kCentralCrc, 0), mimetype + sum},
-        {central(kBitmaps, zip::kCentralCrc, 0), bitmaps + sum},
-        {central(kBitmaps, zip::kCentralUncompressedSize, 301), bitmaps + sum},
-        {central(kBitmaps, zip::kCentralMethod, 12), bitmaps + headers},
-        {central(kBitmaps, zip::kCentralSize, 'C' | 'o' << 8),
+        {good, L""},
+        {with(second + zip::kCentralCompressedSize, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralUncompressedSize, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralLocalOffset, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralFlags, 0x0801), bitmaps + L" is encrypted"},
+        {with(local + zip::kLocalFlags, 0x0801), bitmaps + L" is encrypted"},
+        {with(local, 0x4B51), bitmaps + noData},
+        {with(first + zip::kCentralCompressedSize, 2000), mimetype + noData},
+        {with(first + zip::kCentralUncompressedSize, 2), mimetype + sum},
+        {with(first + zip::kCentralCrc, 0), mimetype + sum},
+        {with(second + zip::kCentralCrc, 0), bitmaps + sum},
+        {with(second + zip::kCentralUncompressedSize, 301), bitmaps + sum},
+        {with(second + zip::kCentralMethod, 12), bitmaps + headers},
+        {with(second + zip::kCentralSize, 'C' | 'o' << 8),
          L"\"Content/data/Bitmaps.dat\"" + headers},
-        {central("META-INF/metadata.xml", 0, 0x4B51), directory},
-        {central("previews/page1.png", zip::kCentralCommentLength, 1), directory},
-        {counting(4), directory},
-        {counting(6), directory},
+        {with(centralHeader(good, "META-INF/metadata.xml"), 0x4B51), directory},
+        {with(preview + zip::kCentralCommentLength, 1), directory},
+        {with(count, 4), directory},
+        {with(count, 6), directory},
         // A chunk whose size passes the end of its stream: what it held cannot be told.
         {document(stream(2, chunk("loda", "too long").substr(0, 12))),
          L"\"content/root.dat\" would lose more than it should"},
