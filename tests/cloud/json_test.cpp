@@ -89,7 +89,7 @@ TEST(Json, NoDepthReachesTheCallStack) {
                                                    {"{\"k\":[1,", "0", ",2]}"},
                                                    {"[[],{\"a\":[0]},", "[]", ",[[1]]]"}}) {
         std::string document, rest = middle;
-        for (int depth = 0; depth < 200000; ++depth) {
+        for (int depth = 0; depth < 100000; ++depth) {
             document += opening;
             rest += closing;
         }
