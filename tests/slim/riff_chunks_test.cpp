@@ -24,8 +24,10 @@ TEST(RiffChunks, StripsWholeChunksAndPutsTheListsAroundThemRight) {
         {0, nested(8, view), nested(8, view)},
         // What reads as no chunk stays, and is what makes a list odd; its pad byte becomes a zero.
         {1, list("five", view + "a----").replace(41, 1, "x") + leaf, list5 + leaf},
-        // A pad byte that is missing comes.
+        // A pad byte that is missing comes, even before the first chunk that goes.
         {1, view + list("full", list5.substr(0, 17)) + leaf, list("full", list5) + leaf},
+        {1, list("gggg", list("full", list5.substr(0, 17)) + view) + leaf,
+         list("gggg", list("full", list5)) + leaf},
     };
     for (const auto& [views, before, after] : cases) {
         Bytes stream = riff("CDRR", before);
