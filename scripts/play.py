@@ -3,10 +3,12 @@
 import pathlib
 import sys
 import time
+from contextlib import closing
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
 
-from driver import CAPTURE, REFRESH, Desktop, Mirelo, Practice, WineBox, closing
+from driver import CAPTURE, REFRESH, Desktop, Mirelo, Practice, WineBox
+from pictures import settle
 
 
 def main():
@@ -23,7 +25,7 @@ def main():
                 mirelo.click(CAPTURE)
                 report = mirelo.wait_for_report("--- Top 8 frames ---")
                 took = time.monotonic() - began
-                mirelo.settle()
+                settle(mirelo)
                 picture = mirelo.screenshot("capture-now")
         wine.shut_down()
     print("-- the report, read back through the clipboard:\n")
