@@ -116,7 +116,7 @@ def photograph_with_frame(mirelo, name):
 
 def open_mirelo(wine, height, language=4):
     mirelo = Mirelo(wine, language=language, dpi=DPI)
-    mirelo.resize(WIDTH * SCALE, height * SCALE)
+    mirelo.desktop.run("xdotool", "windowsize", mirelo.window, WIDTH * SCALE, height * SCALE)
     return mirelo
 
 
@@ -140,7 +140,7 @@ def settle(mirelo):
 
 def take(mirelo, name):
     settle(mirelo)
-    keep(mirelo.screenshot(name), PICTURES / f"{name}.png")
+    keep(mirelo.desktop.screenshot(name, mirelo.window), PICTURES / f"{name}.png")
 
 
 @contextlib.contextmanager
@@ -213,7 +213,8 @@ def languages(wine):
             mirelo.show(FIX_TAB)
             settle(mirelo)
             page = PICTURES / "languages" / f"{stem}.png"
-            keep(mirelo.screenshot(f"language-{stem}"), page, "-background", "#D0D4DA", "-gravity", "north", "-splice", "0x40",
+            picture = mirelo.desktop.screenshot(f"language-{stem}", mirelo.window)
+            keep(picture, page, "-background", "#D0D4DA", "-gravity", "north", "-splice", "0x40",
                  "-font", FONT, "-pointsize", "22", "-fill", "#1F2933", "-annotate", "+0+7", name)
             pages.append(page)
     whole = OUTPUT / "languages.miff"

@@ -19,18 +19,16 @@ ClickEffects into(std::string& done) {
             [&](std::uint32_t id) { done += "a" + std::to_string(id); }};
 }
 
-WindowState stateWith(HitKind kind, std::uint32_t id) {
+WindowState stateWith(ElementId element) {
     WindowState state;
-    state.hitTargets = {{kind, id, 10, 10, 50, 20, L"", TextStyle::button, false}};
+    state.hitTargets = {{element.kind, element.id, 10, 10, 50, 20, L"", TextStyle::button, false}};
     state.log.panel = {0, 100, 400, 200};
     return state;
 }
 
 WindowState pageWith(int instances) {
-    LayoutInput input{1024, 841, kDiagnoseTab, {}, 0, L"", true};
-    input.instanceRows.assign(static_cast<std::size_t>(instances), L"PID");
     WindowState state;
-    takeLayout(state, buildLayout(input, fakeMeasure));
+    takeLayout(state, layoutOf(kDiagnoseTab, instances));
     return state;
 }
 
@@ -46,39 +44,36 @@ void press(WindowState& state, const char* keys) {
 
 TEST(WindowState, ActsOnAClickAndOnAKeyByKind) {
     const struct {
-        HitKind kind;
-        std::uint32_t id;
+        ElementId element;
         std::int32_t tab;
         std::string effect;
     } cases[] = {
-        {HitKind::tab, kFirstTabId + kAboutTab, kAboutTab, ""},
-        {HitKind::tab, kFirstTabId + kTabCount, -1, ""},
-        {HitKind::instanceRow, kFirstInstanceId + 2, -1, "i2"},
-        {HitKind::languageChoice, kFirstLanguageId + 13, -1, "l13"},
-        {HitKind::primaryButton, 77, -1, "a77"},
+        {{HitKind::tab, kFirstTabId + kAboutTab}, kAboutTab, ""},
+        {{HitKind::tab, kFirstTabId + kTabCount}, -1, ""},
+        {{HitKind::instanceRow, kFirstInstanceId + 2}, -1, "i2"},
+        {{HitKind::languageChoice, kFirstLanguageId + 13}, -1, "l13"},
+        {{HitKind::primaryButton, 77}, -1, "a77"},
     };
     for (const auto& c : cases) {
         for (const bool byKey : {false, true}) {
             std::string done;
-            WindowState state = stateWith(c.kind, c.id);
+            WindowState state = stateWith(c.element);
             state.currentTab = -1;
             if (byKey) press(state, "n");
             EXPECT_TRUE(byKey ? dispatchKey(state, Key::act, fakeMeasure, into(done))
                               : dispatchClick(state, {20, 20}, fakeMeasure, into(done)));
-            EXPECT_TRUE(state.currentTab == c.tab && done == c.effect) << c.id;
-            EXPECT_TRUE(state.focus == ElementId(c.kind, c.id) && state.focusShown == byKey);
+            EXPECT_TRUE(state.currentTab == c.tab && done == c.effect) << c.element.id;
+            EXPECT_TRUE(state.focus == c.element && state.focusShown == byKey);
+            EXPECT_FALSE(dispatchClick(state, {61, 20}, fakeMeasure, {})) << "beside it";
         }
     }
 }
 
 TEST(WindowState, WalksTheFocusInReadingOrderAndKeepsItOnItsElement) {
     const std::pair<const char*, ElementId> cases[] = {
-        {"n", {HitKind::tab, kFirstTabId}},
-        {"p", kReportId},
         {"pn", {HitKind::tab, kFirstTabId}},
         {"pp", {HitKind::button, kClearAction}},
         {"nnnnn", {HitKind::button, kRefreshAction}},
-        {"nnnnnnnn", {HitKind::instanceRow, kFirstInstanceId + 1}},
         {"nnnnnnnnd", {HitKind::instanceRow, kFirstInstanceId + 1}},
         {"nnnnnnnnul", {HitKind::instanceRow, kFirstInstanceId}},
         {"nnnnnnnnn", {HitKind::primaryButton, kCaptureAction}},
@@ -100,11 +95,14 @@ TEST(WindowState, WalksTheFocusInReadingOrderAndKeepsItOnItsElement) {
 }
 
 TEST(WindowState, ScrollsTheReportThatHasTheFocus) {
-    WindowState state = stateWith(HitKind::label, 0);
-    for (int i = 0; i < 50; ++i)
+    WindowState state = stateWith({HitKind::label, 0});
+    appendLine(state.log, std::wstring(60, L'l'));  // two lines high
+    for (const auto& [y, line] : {std::pair{146.F, 0}, {148.F, -1}}) {
+        EXPECT_TRUE(dispatchClick(state, {20, y}, fakeMeasure, {}));
+        EXPECT_EQ(state.log.selectionAnchor, line);
+    }
+    for (int i = 1; i < 50; ++i)
         appendLine(state.log, L"line");
-    press(state, "u");
-    EXPECT_EQ(state.log.scrollBack, 0) << "the focus is elsewhere";
     EXPECT_TRUE(dispatchClick(state, {20, 110}, fakeMeasure, {}));
     EXPECT_TRUE(state.log.selectionAnchor == 42 && state.log.selectionEnd == 42);
     EXPECT_FALSE(dispatchClick(state, {401, 110}, fakeMeasure, {}));

@@ -23,6 +23,6 @@ def wine():
 
 @pytest.fixture
 def stage():
-    """Enters what ends with the test."""
+    """What it enters ends with the test."""
     with contextlib.ExitStack() as stack:
-        yield stack.enter_context
+        yield stack

@@ -1,6 +1,6 @@
-"""Drives the real program on a virtual display as a person would: real clicks, real keys, the report read back
-through the clipboard, screenshots of what is seen."""
+"""Drives the real program on a virtual display as a person would, and reads the report back through the clipboard."""
 
+import collections
 import contextlib
 import os
 import pathlib
@@ -25,10 +25,6 @@ PANEL = 0  # as the layout names the report's panel
 DIAGNOSE_TAB, FIX_TAB, CLOUD_TAB, ABOUT_TAB = range(4)
 
 
-class TookTooLong(AssertionError):
-    pass
-
-
 def wait_for(condition, what, limit_s=30.0, pause_s=0.05):
     """The condition's first true answer; fails when it does not come in time."""
     end = time.monotonic() + limit_s
@@ -37,7 +33,7 @@ def wait_for(condition, what, limit_s=30.0, pause_s=0.05):
         if answer:
             return answer
         if time.monotonic() > end:
-            raise TookTooLong(f"{what}: not within {limit_s} s")
+            raise AssertionError(f"{what}: not within {limit_s} s")
         time.sleep(pause_s)
 
 
@@ -47,8 +43,7 @@ def windows_path(path):
 
 def stop(process):
     """Ends a process that we started and waits for its end."""
-    if process.poll() is None:
-        process.kill()
+    process.kill()
     process.wait()
 
 
@@ -56,29 +51,21 @@ class Desktop:
     """A display of its own, with a window manager for title bars and focus."""
 
     def __init__(self, width=2200, height=1900, *window_manager_options):
-        self._processes = []
-        reader, writer = os.pipe()
-        server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=[writer], stderr=subprocess.DEVNULL)
-        self._processes.append(server)
-        os.close(writer)
-        with os.fdopen(reader) as pipe:
-            number = pipe.readline().strip()
-        if not number:
-            raise RuntimeError("no virtual display")
-        self.environment = dict(os.environ, DISPLAY=f":{number}")
-        self._processes.append(subprocess.Popen(["openbox", *window_manager_options], env=self.environment,
-                                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        options = "-displayfd", "1", "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp", "-noreset"
+        server = subprocess.Popen(["Xvfb", *options], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.environment = dict(os.environ, DISPLAY=f":{server.stdout.readline().strip()}")
+        manager = subprocess.Popen(["openbox", *window_manager_options], env=self.environment,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._processes = [manager, server]
         wait_for(lambda: "_NET_SUPPORTING_WM_CHECK" in self.run("xprop", "-root"), "window manager")
 
     def close(self):
-        for process in reversed(self._processes):
+        for process in self._processes:
             stop(process)
 
-    def run(self, *command, limit_s=60):
-        return subprocess.run([*map(str, command)], env=self.environment, stdout=subprocess.PIPE,
-                              stderr=subprocess.DEVNULL, text=True, check=False, timeout=limit_s).stdout
+    def run(self, *command):
+        return subprocess.run([*map(str, command)], env=self.environment, stdout=subprocess.PIPE, text=True,
+                              stderr=subprocess.DEVNULL, errors="replace", check=False, timeout=60).stdout
 
     def windows(self, title):
         """Ids of the visible windows whose title matches a regular expression."""
@@ -96,9 +83,7 @@ class Desktop:
 
     def clipboard(self):
         """What is on the clipboard; nothing when its owner changes while it is asked, which leaves the question open."""
-        with contextlib.suppress(subprocess.TimeoutExpired):
-            return self.run("xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING", limit_s=3)
-        return ""
+        return self.run("timeout", 3, "xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING")
 
 
 class WineBox:
@@ -123,8 +108,7 @@ class WineBox:
                                 stderr=subprocess.DEVNULL)
 
     def run(self, *command):
-        return subprocess.run([WINE, *map(str, command)], env=self.environment, stdout=subprocess.PIPE,
-                              stderr=subprocess.DEVNULL, timeout=120).stdout.decode("utf-8", "replace")
+        return self.desktop.run(WINE, *command)
 
     def set_registry(self, key, name, value, kind="REG_SZ"):
         self.run("reg", "add", key, "/v", name, "/t", kind, "/d", str(value), "/f")
@@ -141,9 +125,8 @@ class WineBox:
 class Practice:
     """A stand-in CorelDRAW that behaves in one way; it is in place when the constructor returns."""
 
-    def __init__(self, wine, way, program=None):
+    def __init__(self, wine, way, program=BUILD / "practice" / "CorelDRW.exe"):
         self._ready = OUTPUT / f"ready-{way}-{time.monotonic_ns()}.txt"
-        program = program or BUILD / "practice" / "CorelDRW.exe"
         self.process = wine.start(program, way, "--ready-file", windows_path(self._ready), "--lifetime-s", 600)
         wait_for(self._ready.exists, f"practice program {way}", 60)
         self.pid = int(self._ready.read_text().split()[0])
@@ -153,16 +136,11 @@ class Practice:
         self._ready.unlink(missing_ok=True)
 
 
-class Element:
-    def __init__(self, fields):
-        self.id = int(fields[0])
-        self.x, self.y, self.width, self.height = map(float, fields[1:])
+Element = collections.namedtuple("Element", "id x y width height")
 
 
 class Mirelo:
     """The program itself; its window is on the display when the constructor returns."""
-
-    TITLE = "^Mirelo v0.2 - "
 
     def __init__(self, wine, language=4, dpi=96, program=None, by_keyboard=False):
         self.wine, self.desktop, self.dpi, self.by_keyboard = wine, wine.desktop, dpi, by_keyboard
@@ -172,18 +150,13 @@ class Mirelo:
             wine.tool_folder.mkdir(parents=True, exist_ok=True)
             (wine.tool_folder / "config.json").write_text(f'{{"lang":{language}}}\n')
         self.process = wine.start(program or BUILD / "mirelo.exe")
-        self.window = wait_for(lambda: self.desktop.windows(self.TITLE), "Mirelo's window", 60)[0]
+        self.window = wait_for(lambda: self.desktop.windows("^Mirelo v0.2 - "), "Mirelo's window", 60)[0]
         # It answers a key once its first paint is done.
         self.wait_for_report("Mirelo ready.", 60)
         self.count_instances()
 
     def close(self):
         stop(self.process)
-
-    def close_politely(self):
-        self.key("alt+F4")
-        wait_for(lambda: self.process.poll() is not None, "the program's end")
-        return self.process.returncode
 
     def size(self):
         """The client area in pixels."""
@@ -194,17 +167,14 @@ class Mirelo:
     def title(self):
         return self.desktop.run("xdotool", "getwindowname", self.window).strip()
 
-    def resize(self, width, height):
-        self.desktop.run("xdotool", "windowsize", self.window, width, height)
-
     def elements(self):
         """The elements of the page as the program lays them out now."""
         key = (*(pixels * 96 / self.dpi for pixels in self.size()), self.instances, self.language)
         if key not in self._layouts:
             pages = self._layouts[key] = [[], [], [], []]
             for line in self.wine.run(BUILD / "tests" / "mirelo_layout.exe", *key).splitlines():
-                tab, *fields = line.split()
-                pages[int(tab)].append(Element(fields))
+                tab, ident, *place = line.split()
+                pages[int(tab)].append(Element(int(ident), *map(float, place)))
         return self._layouts[key][self.tab]
 
     def element(self, ident):
@@ -239,15 +209,7 @@ class Mirelo:
         self.tab = tab
         header = self.element(TAB + tab)
         x, y = self._pixels(header.x + 10, header.y + 10)
-        wait_for(lambda: ACCENT in self.desktop.colours(self.window, "-crop", f"1x1+{x}+{y}"), f"tab {tab} as the current one")
-
-    def screenshot(self, name):
-        """The client area as it is seen."""
-        return self.desktop.screenshot(name, self.window)
-
-    def choose_language(self, position):
-        self.click(LANGUAGE + position)
-        self.language = position
+        wait_for(lambda: ACCENT in self.desktop.colours(self.window, "-crop", f"1x1+{x}+{y}"), f"tab {tab}")
 
     def _press_in(self, window, *keys):
         self.desktop.run("xdotool", "windowactivate", "--sync", window, "key", *keys)
@@ -262,7 +224,7 @@ class Mirelo:
         subprocess.run(["xclip", "-i", "-selection", "clipboard"], input=before, text=True,
                        env=self.desktop.environment, check=True)
         press()
-        with contextlib.suppress(TookTooLong):
+        with contextlib.suppress(AssertionError):
             return wait_for(lambda: (text := self.desktop.clipboard()) not in ("", before) and text, "a copy", 1)
         return None
 
@@ -303,11 +265,12 @@ class Mirelo:
     def answer(self, title, key):
         """Answers a message box by its key, "y" or "n", and waits until it is gone. A box that has just come up may
         miss the first press."""
-        box = wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")[0]
+        wait_for(lambda: self.desktop.windows(f"^{title}$"), f"the box {title!r}")
 
         def is_gone():
-            if box in self.desktop.windows(f"^{title}$"):
+            boxes = self.desktop.windows(f"^{title}$")
+            for box in boxes:
                 self._press_in(box, key)
-            return box not in self.desktop.windows(f"^{title}$")
+            return not boxes
 
         wait_for(is_gone, f"the end of the box {title!r}", pause_s=0.2)

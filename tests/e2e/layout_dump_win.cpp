@@ -14,9 +14,7 @@ int main(int argc, char** argv) {
     if (argc != 5) return 2;
     Renderer renderer;
     renderer.createFormats();
-    const MeasureText measure = [&](const std::wstring& text, TextStyle style, float width) {
-        return renderer.measure(text, style, width);
-    };
+    const MeasureText measure = std::bind_front(&Renderer::measure, &renderer);
     LayoutInput input;
     input.clientWidthDip = std::strtof(argv[1], nullptr);
     input.clientHeightDip = std::strtof(argv[2], nullptr);

@@ -18,8 +18,8 @@ PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\
 
 @contextlib.contextmanager
 def printers(wine, folder):
-    """Wine's spooler lives in the registry, so printers can be staged, a network printer as the default. Gives a reader
-    of the default."""
+    """Wine's spooler lives in the registry, so printers can be staged, a network printer as the default. Gives a
+    reader of the default."""
     def import_registry(*lines):
         path = folder / "staged.reg"
         path.write_text("\r\n".join(("\ufeffWindows Registry Editor Version 5.00", *lines, "")), "utf-16-le", newline="")
@@ -29,11 +29,10 @@ def printers(wine, folder):
     for name, port in PORTS.items():
         port = port.replace("\\", r"\\")
         lines += [f"[{PRINTERS}\\{name}]", f'"Name"="{name}"', f'"Port"="{port}"', '"Printer Driver"="wineps.drv"',
-                  '"Print Processor"="WinPrint"', '"Attributes"=dword:0', '"Status"=dword:0',
-                  rf"[{WINDOWS}\Devices]", f'"{name}"="winspool,{port}"']
+                  '"Print Processor"="WinPrint"', rf"[{WINDOWS}\Devices]", f'"{name}"="winspool,{port}"']
     import_registry(*lines, rf"[{WINDOWS}\Windows]", '"Device"="Studio Queue,winspool,LPT1:"')
     try:
-        yield lambda: wine.run("reg", "query", rf"{WINDOWS}\Windows", "/v", "Device").split("REG_SZ")[1].split(",")[0].strip()
+        yield lambda: wine.run("reg", "query", rf"{WINDOWS}\Windows", "/v", "Device")
     finally:
         import_registry(*(f"[-{PRINTERS}\\{name}]" for name in PORTS), rf"[{WINDOWS}\Devices]",
                         *(f'"{name}"=-' for name in PORTS), rf"[{WINDOWS}\Windows]", '"Device"=-')
@@ -66,8 +65,9 @@ def document(views=3, styles=5, previews=2, payload=200, leaves=1):
 
 
 @contextlib.contextmanager
-def caches_of_coreldraw(wine):
-    """Files that are worth cleaning and one that is not; gives their contents."""
+def coreldraw(wine):
+    """Files that are worth cleaning and one that is not, and settings that slow CorelDRAW down. Gives the files'
+    contents and a reader of the settings."""
     local = wine.tool_folder.parents[1] / "Local"
     contents = {
         local / "CrashDumps" / "CorelDRW.exe.4711.dmp": b"dump" * 1000,
@@ -77,25 +77,17 @@ def caches_of_coreldraw(wine):
     for path, content in contents.items():
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content)
-    try:
-        yield contents
-    finally:
-        for path in contents:
-            path.unlink(missing_ok=True)
-        shutil.rmtree(local / "Mirelo" / "backups", ignore_errors=True)
-
-
-@contextlib.contextmanager
-def settings_of_coreldraw(wine):
-    """Settings as they slow CorelDRAW down; gives a reader of them."""
     wine.set_registry(PREFERENCES, "UndoLevels", "150")
     wine.set_registry(PREFERENCES, "ShowWelcomeScreen", "1", "REG_DWORD")
 
-    def read():
+    def settings():
         words = wine.run("reg", "query", PREFERENCES).split()
         return {name: words[words.index(name) + 2] for name in ("UndoLevels", "ShowWelcomeScreen")}
 
     try:
-        yield read
+        yield contents, settings
     finally:
+        for path in contents:
+            path.unlink(missing_ok=True)
+        shutil.rmtree(local / "Mirelo" / "backups", ignore_errors=True)
         wine.delete_registry(r"HKCU\Software\Corel")

@@ -5,13 +5,14 @@ import json
 import pathlib
 import sys
 import zipfile
-from contextlib import closing, contextmanager
+from contextlib import closing
 
 import pytest
 
 from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB,
-                    NETWORK, PANEL, PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, Mirelo, Practice, wait_for)
-from staging import VIRTUAL, caches_of_coreldraw, document, printers, settings_of_coreldraw
+                    LANGUAGE, NETWORK, PANEL, PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, Mirelo, Practice,
+                    wait_for)
+from staging import VIRTUAL, coreldraw, document, printers
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "cloud" / "https_e2e"))
 from servers import OddServer  # noqa: E402
@@ -39,25 +40,15 @@ def rule_document(version, *titles):
          "severity": "high", "advice": "Close the capture tool."} for number, title in enumerate(titles)]})
 
 
-@contextmanager
-def signature_server(folder, wine):
-    """Runs while the program has no rule cache and its network switch is as after installation. Gives the server,
-    whose certificate nobody should trust, and its document."""
-    def forget():
-        wine.delete_registry(r"HKCU\Software\Mirelo")
-        (wine.tool_folder / "signatures.cache.json").unlink(missing_ok=True)
-
-    forget()
-    with closing(OddServer(folder, port=443)) as server:
-        document = server.www / "api" / "mirelo" / "signatures.php"
-        document.parent.mkdir(parents=True)
-        yield server, document
-    forget()
+def forget_the_service(wine):
+    """No rule cache, and the network switch as after installation."""
+    wine.delete_registry(r"HKCU\Software\Mirelo")
+    (wine.tool_folder / "signatures.cache.json").unlink(missing_ok=True)
 
 
 def diagnose_every_hang(app, stage):
     for way, diagnosis in DIAGNOSES.items():
-        hung = stage(closing(Practice(app.wine, way)))
+        hung = stage.enter_context(closing(Practice(app.wine, way)))
         app.refresh()
         app.click(CLEAR)
         app.click(CAPTURE)
@@ -100,12 +91,12 @@ def tidy_up(app, default_printer, caches):
     found = app.wait_for_report("Physical memory: ")
     app.wine.delete_registry(QUOTA, "/v", "GDIProcessHandleQuota")
     fonts = app.wine.run("reg", "query", FONTS).count("REG_SZ")
-    for line in ("[HIGH RISK] Default printer: Studio Queue", f"Installed fonts: {fonts} fonts", "[OK] GDI handle quota: 12345"):
-        assert line in found
+    assert "[HIGH RISK] Default printer: Studio Queue" in found and "[OK] GDI handle quota: 12345" in found
+    assert f"Installed fonts: {fonts} fonts" in found
     app.click(PRINTER)
     app.answer("Confirm Temp Switch", "y")
     app.wait_for_report("[Printer] Switched. Original default: Studio Queue (auto-restored on exit)")
-    assert default_printer() == VIRTUAL
+    assert VIRTUAL in default_printer()
     app.click(CLEANUP)
     app.answer("Confirm Cache Cleanup", "y")
     app.wait_for_report("[Cleanup] [OK] 2 files")
@@ -137,17 +128,12 @@ def look_around(app):
         app.show(tab)
     for position in (0, GERMAN):
         before = app.title()
-        app.choose_language(position)
+        app.click(LANGUAGE + position)
+        app.language = position
         wait_for(lambda: app.title() != before, "a title in the new language")
     whole = app.report()
     app.click(COPY)
     wait_for(lambda: app.desktop.clipboard() == whole, "the whole report")
-
-
-def end_the_session(app):
-    """As a log-off does: the window is told that the session ends, and nobody closes it."""
-    app.wine.run("wineboot", "--end-session")
-    wait_for(lambda: app.process.poll() is not None, "the program's end")
 
 
 def stage_documents(folder):
@@ -158,14 +144,6 @@ def stage_documents(folder):
     return {path: path.read_bytes() for path in folder.glob("*.cdr")}
 
 
-def come_back_tomorrow(wine, server, stage):
-    """The language, the rules and the network switch are as they were left: nothing is asked, nothing is sent."""
-    asked = len(server.requests)
-    app = stage(closing(Mirelo(wine, program=PROGRAM, language=None)))
-    assert "CDR Hang Diagnosis" not in app.title()
-    assert "[Signatures] 8 (6 rules)" in app.report() and len(server.requests) == asked
-
-
 @pytest.mark.parametrize("hand", ["mouse", "keyboard"])
 def test_a_working_day(hand, wine, stage, tmp_path):
     folder = tmp_path / "documents"
@@ -173,16 +151,19 @@ def test_a_working_day(hand, wine, stage, tmp_path):
     for number in range(100):
         (folder / "many" / f"{number:090}.cdr").touch()
     documents = stage_documents(folder)
-    default_printer = stage(printers(wine, tmp_path))
-    settings = stage(settings_of_coreldraw(wine))
-    caches = stage(caches_of_coreldraw(wine))
-    server, rules = stage(signature_server(tmp_path, wine))
+    default_printer = stage.enter_context(printers(wine, tmp_path))
+    caches, settings = stage.enter_context(coreldraw(wine))
+    forget_the_service(wine)
+    stage.callback(forget_the_service, wine)
+    server = stage.enter_context(closing(OddServer(tmp_path, port=443)))
+    rules = server.www / "api" / "mirelo" / "signatures.php"
+    rules.parent.mkdir(parents=True)
     cache = wine.tool_folder / "signatures.cache.json"
     cache.parent.mkdir(parents=True, exist_ok=True)
     cache.write_text(rule_document(5, "Stuck in an old hook"))
     rules.write_text(rule_document(7, "Stuck in a screen-capture hook"))
 
-    app = stage(closing(Mirelo(wine, program=PROGRAM, by_keyboard=hand == "keyboard")))
+    app = stage.enter_context(closing(Mirelo(wine, program=PROGRAM, by_keyboard=hand == "keyboard")))
     assert "[Signatures] 5 (5 rules)" in app.report()
     app.wait_for_report("[Cloud] Signatures hot-updated to v7 in background (5 rules).")
     hung = diagnose_every_hang(app, stage)
@@ -192,14 +173,19 @@ def test_a_working_day(hand, wine, stage, tmp_path):
     slim_documents(app, folder)
     look_around(app)
     if hand == "mouse":
-        end_the_session(app)
+        wine.run("wineboot", "--end-session")  # a log-off: the window is told, and nobody closes it
     else:
-        assert app.close_politely() == 0
+        app.key("alt+F4")
+    wait_for(lambda: app.process.poll() is not None, "the program's end")
+    assert app.process.returncode == 0
 
     assert cache.read_bytes() == rules.read_bytes()
     assert "NetworkEnabled    REG_SZ    0" in wine.run("reg", "query", r"HKCU\Software\Mirelo")
-    come_back_tomorrow(wine, server, stage)
-    assert default_printer() == "Studio Queue"
+    asked = len(server.requests)
+    tomorrow = stage.enter_context(closing(Mirelo(wine, program=PROGRAM, language=None)))
+    assert "CDR Hang Diagnosis" not in tomorrow.title(), "still in German"
+    assert "[Signatures] 8 (6 rules)" in tomorrow.report() and len(server.requests) == asked
+    assert "Studio Queue" in default_printer()
     assert {path: path.read_bytes() for path in caches} == caches
     assert settings() == {"UndoLevels": "30", "ShowWelcomeScreen": "0x0"}
     for path, before in documents.items():

@@ -30,12 +30,11 @@ def wine_at(dpi, desktop):
 @pytest.mark.parametrize("width, height, dpi", [(1366, 768, 96), (1920, 1080, 144)])
 def test_the_first_window_lies_on_the_screen_and_shows_what_a_click_did(stage, tmp_path, width, height, dpi):
     taskbar = 40 * dpi // 96
-    margins = tmp_path / "margins.xml"
-    margins.write_text(MARGINS.format(taskbar))
-    desktop = stage(contextlib.closing(Desktop(width, height, "--config-file", margins)))
-    wine = stage(wine_at(dpi, desktop))
-    stage(contextlib.closing(Practice(wine, "responsive")))
-    app = stage(contextlib.closing(Mirelo(wine, language=GERMAN, dpi=dpi)))
+    (tmp_path / "margins.xml").write_text(MARGINS.format(taskbar))
+    desktop = stage.enter_context(contextlib.closing(Desktop(width, height, "--config-file", tmp_path / "margins.xml")))
+    wine = stage.enter_context(wine_at(dpi, desktop))
+    stage.enter_context(contextlib.closing(Practice(wine, "responsive")))
+    app = stage.enter_context(contextlib.closing(Mirelo(wine, language=GERMAN, dpi=dpi)))
     told = desktop.run("xwininfo", "-id", app.window)
     left, top = (int(re.search(rf"Absolute upper-left {axis}: +(-?[0-9]+)", told)[1]) for axis in "XY")
     client_width, client_height = app.size()
