@@ -10,18 +10,20 @@ import shutil
 import subprocess
 import sys
 import time
+from contextlib import closing
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path += [str(ROOT / "tests" / "e2e"), str(ROOT / "packaging")]
 
 import first_aid
 import staging
-from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, SCAN, SLIM, Desktop, Mirelo,
-                    Practice, WineBox, closing, interrupt_as_exit)
+from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLOUD_TAB, FIX_TAB, OUTPUT, PANEL, SCAN, SLIM, Desktop, Mirelo,
+                    Practice, WineBox, wait_for)
 
 PICTURES = ROOT / "docs" / "images"
 SCALE = 2
 DPI = 96 * SCALE
+SELECTED, UNSELECTED = "#FDEEE6", "#E9EDF2"
 WIDTH = 1032
 FONT = "WenQuanYi-Micro-Hei"
 DESKTOP_KEY = r"HKCU\Control Panel\Desktop"
@@ -114,13 +116,31 @@ def photograph_with_frame(mirelo, name):
 
 def open_mirelo(wine, height, language=4):
     mirelo = Mirelo(wine, language=language, dpi=DPI)
-    mirelo.resize(WIDTH * SCALE, height * SCALE)
+    mirelo.desktop.run("xdotool", "windowsize", mirelo.window, WIDTH * SCALE, height * SCALE)
     return mirelo
 
 
+def settle(mirelo):
+    """Selects nothing, points at nothing and waits until that is painted."""
+    panel = mirelo.element(PANEL)
+    x, y = (round(value * mirelo.dpi / 96) for value in (panel.x + 5, panel.y + 14))
+
+    def shows(colour):
+        return colour in mirelo.desktop.colours(mirelo.window, "-crop", f"1x1+{x}+{y}")
+
+    def shows_selection():
+        mirelo.key("ctrl+a")
+        return shows(SELECTED)
+
+    # The selection's end can be seen, and whatever happened before it is painted by then.
+    wait_for(shows_selection, "a selected report")
+    mirelo.click_at(panel.x + 40, panel.y + panel.height - 5)
+    wait_for(lambda: shows(UNSELECTED), "a report without a selection")
+
+
 def take(mirelo, name):
-    mirelo.settle()
-    keep(mirelo.screenshot(name), PICTURES / f"{name}.png")
+    settle(mirelo)
+    keep(mirelo.desktop.screenshot(name, mirelo.window), PICTURES / f"{name}.png")
 
 
 @contextlib.contextmanager
@@ -141,7 +161,7 @@ def capture(wine):
         mirelo.refresh()
         mirelo.click(CAPTURE)
         mirelo.wait_for_report("--- Top 8 frames ---")
-        mirelo.settle()
+        settle(mirelo)
         keep(photograph_with_frame(mirelo, "capture-now"), PICTURES / "capture-now.png")
 
 
@@ -152,8 +172,7 @@ def check_and_clean(wine):
         path.touch()
         os.truncate(path, size)
         os.utime(path, (time.time() - AGE_S,) * 2)
-    with closing(staging.Spooler(wine, OUTPUT)) as printers, closing(open_mirelo(wine, 960)) as mirelo:
-        printers.default = "Studio Queue"
+    with staging.printers(wine, OUTPUT), closing(open_mirelo(wine, 960)) as mirelo:
         mirelo.show(FIX_TAB)
         mirelo.click(SCAN)
         mirelo.wait_for_report("Physical memory")
@@ -192,9 +211,10 @@ def languages(wine):
     for language, (name, stem) in enumerate(first_aid.languages()):
         with closing(open_mirelo(wine, 853, language)) as mirelo:
             mirelo.show(FIX_TAB)
-            mirelo.settle()
+            settle(mirelo)
             page = PICTURES / "languages" / f"{stem}.png"
-            keep(mirelo.screenshot(f"language-{stem}"), page, "-background", "#D0D4DA", "-gravity", "north", "-splice", "0x40",
+            picture = mirelo.desktop.screenshot(f"language-{stem}", mirelo.window)
+            keep(picture, page, "-background", "#D0D4DA", "-gravity", "north", "-splice", "0x40",
                  "-font", FONT, "-pointsize", "22", "-fill", "#1F2933", "-annotate", "+0+7", name)
             pages.append(page)
     whole = OUTPUT / "languages.miff"
@@ -223,13 +243,12 @@ def a_user_of_their_own():
         try:
             yield wine
         finally:
-            wine.delete_registry(DESKTOP_KEY, "LogPixels")
+            wine.delete_registry(DESKTOP_KEY, "/v", "LogPixels")
             wine.shut_down()
             shutil.rmtree(home)
 
 
 def main(names):
-    interrupt_as_exit()
     with a_user_of_their_own() as wine:
         for name in names or SCENES:
             SCENES[name](wine)

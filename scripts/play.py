@@ -3,10 +3,12 @@
 import pathlib
 import sys
 import time
+from contextlib import closing
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
 
-from driver import CAPTURE, REFRESH, Desktop, Mirelo, Practice, WineBox, closing
+from driver import CAPTURE, Desktop, Mirelo, Practice, WineBox
+from pictures import settle
 
 
 def main():
@@ -17,14 +19,13 @@ def main():
         with closing(Mirelo(wine)) as mirelo:
             print("-- Mirelo is open; a practice CorelDRAW starts and hangs in a plug-in")
             with closing(Practice(wine, "plugin-sleep")):
-                mirelo.click(REFRESH)
-                mirelo.count_instances()
+                mirelo.refresh()
                 began = time.monotonic()
                 mirelo.click(CAPTURE)
                 report = mirelo.wait_for_report("--- Top 8 frames ---")
                 took = time.monotonic() - began
-                mirelo.settle()
-                picture = mirelo.screenshot("capture-now")
+                settle(mirelo)
+                picture = desktop.screenshot("capture-now", mirelo.window)
         wine.shut_down()
     print("-- the report, read back through the clipboard:\n")
     print(report)

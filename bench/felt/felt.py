@@ -6,10 +6,11 @@ import statistics
 import sys
 import tempfile
 import time
+from contextlib import closing
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "e2e"))
-from driver import BUILD, Desktop, Practice, WineBox, closing, stop, windows_path  # noqa: E402
+from driver import BUILD, Desktop, Practice, WineBox, stop, windows_path  # noqa: E402
 
 ALL_PLANES, Z_PIXMAP = ctypes.c_ulong(-1), 2
 

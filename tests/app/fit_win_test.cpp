@@ -31,21 +31,14 @@ TEST(Fit, EveryTextFitsItsElementInEveryLanguage) {
     constexpr float kUnbounded = 10000;
     Renderer renderer;
     renderer.createFormats();
-    const MeasureText measure = [&](const std::wstring& text, TextStyle style, float width) {
-        return renderer.measure(text, style, width);
-    };
+    const MeasureText measure = std::bind_front(&Renderer::measure, &renderer);
     for (int i = 0; i < kLanguageCount * kTabCount * 2; ++i) {
         setLanguage(i / (kTabCount * 2));
         EXPECT_LE(std::wstring(tr("app_title")).size(), 110U);
         for (const auto& [width, height, lines] : kSizes) {
-            const Layout layout = buildLayout({width,
-                                               height,
-                                               i / 2 % kTabCount,
-                                               {L"PID 4294967295    v25.0.0.230"},
-                                               0,
-                                               L"",
-                                               i % 2 == 0},
-                                              measure);
+            LayoutInput input{width, height, i / 2 % kTabCount, {}, 0, L"", i % 2 == 0};
+            input.instanceRows = {L"PID 4294967295    v25.0.0.230"};
+            const Layout layout = buildLayout(input, measure);
             SCOPED_TRACE(testing::Message() << "language " << currentLanguage() << ", tab "
                                             << layout.currentTab << ", " << width << "x" << height);
             for (const HitTarget& target : layout.hitTargets) {

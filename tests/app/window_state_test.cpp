@@ -12,28 +12,23 @@
 
 namespace {
 
-// What a click or a key set off; -1: nothing of the kind.
-struct Effects {
-    std::int32_t instance = -1, language = -1, action = -1;
-    ClickEffects effects() {
-        return {[this](std::int32_t index) { instance = index; },
-                [this](std::int32_t position) { language = position; },
-                [this](std::uint32_t id) { action = static_cast<std::int32_t>(id); }};
-    }
-};
+// What a click or a key sets off, such as "i2".
+ClickEffects into(std::string& done) {
+    return {[&](std::int32_t index) { done += "i" + std::to_string(index); },
+            [&](std::int32_t position) { done += "l" + std::to_string(position); },
+            [&](std::uint32_t id) { done += "a" + std::to_string(id); }};
+}
 
-WindowState stateWith(HitKind kind, std::uint32_t id) {
+WindowState stateWith(ElementId element) {
     WindowState state;
-    state.hitTargets = {{kind, id, 10, 10, 50, 20, L"", TextStyle::button, false}};
+    state.hitTargets = {{element.kind, element.id, 10, 10, 50, 20, L"", TextStyle::button, false}};
     state.log.panel = {0, 100, 400, 200};
     return state;
 }
 
 WindowState pageWith(int instances) {
-    LayoutInput input{1024, 841, kDiagnoseTab, {}, 0, L"", true};
-    input.instanceRows.assign(static_cast<std::size_t>(instances), L"PID");
     WindowState state;
-    takeLayout(state, buildLayout(input, fakeMeasure));
+    takeLayout(state, layoutOf(kDiagnoseTab, instances));
     return state;
 }
 
@@ -49,57 +44,44 @@ void press(WindowState& state, const char* keys) {
 
 TEST(WindowState, ActsOnAClickAndOnAKeyByKind) {
     const struct {
-        HitKind kind;
-        std::uint32_t id;
-        std::int32_t tab, instance, language, action;
+        ElementId element;
+        std::int32_t tab;
+        std::string effect;
     } cases[] = {
-        {HitKind::tab, kFirstTabId + kAboutTab, kAboutTab, -1, -1, -1},
-        {HitKind::tab, kFirstTabId + kTabCount, -1, -1, -1, -1},
-        {HitKind::tab, kFirstTabId - 1, -1, -1, -1, -1},
-        {HitKind::instanceRow, kFirstInstanceId + 2, -1, 2, -1, -1},
-        {HitKind::languageChoice, kFirstLanguageId + 13, -1, -1, 13, -1},
-        {HitKind::primaryButton, kCaptureAction, -1, -1, -1, kCaptureAction},
-        {HitKind::button, 77, -1, -1, -1, 77},
+        {{HitKind::tab, kFirstTabId + kAboutTab}, kAboutTab, ""},
+        {{HitKind::tab, kFirstTabId + kTabCount}, -1, ""},
+        {{HitKind::instanceRow, kFirstInstanceId + 2}, -1, "i2"},
+        {{HitKind::languageChoice, kFirstLanguageId + 13}, -1, "l13"},
+        {{HitKind::primaryButton, 77}, -1, "a77"},
     };
     for (const auto& c : cases) {
         for (const bool byKey : {false, true}) {
-            Effects done;
-            WindowState state = stateWith(c.kind, c.id);
+            std::string done;
+            WindowState state = stateWith(c.element);
             state.currentTab = -1;
-            state.focusShown = !byKey;
             if (byKey) press(state, "n");
-            EXPECT_TRUE(byKey ? dispatchKey(state, Key::act, fakeMeasure, done.effects())
-                              : dispatchClick(state, {20, 20}, fakeMeasure, done.effects()));
-            EXPECT_EQ(state.currentTab, c.tab) << c.id;
-            EXPECT_EQ(done.instance, c.instance) << c.id;
-            EXPECT_EQ(done.language, c.language) << c.id;
-            EXPECT_EQ(done.action, c.action) << c.id;
-            EXPECT_TRUE(state.focus == ElementId(c.kind, c.id) && state.focusShown == byKey);
+            EXPECT_TRUE(byKey ? dispatchKey(state, Key::act, fakeMeasure, into(done))
+                              : dispatchClick(state, {20, 20}, fakeMeasure, into(done)));
+            EXPECT_TRUE(state.currentTab == c.tab && done == c.effect) << c.element.id;
+            EXPECT_TRUE(state.focus == c.element && state.focusShown == byKey);
+            EXPECT_FALSE(dispatchClick(state, {61, 20}, fakeMeasure, {})) << "beside it";
         }
     }
 }
 
 TEST(WindowState, WalksTheFocusInReadingOrderAndKeepsItOnItsElement) {
-    const struct {
-        const char* keys;
-        int instances;
-        ElementId focus;
-    } cases[] = {
-        {"n", 2, {HitKind::tab, kFirstTabId}},
-        {"p", 2, kReportId},
-        {"pp", 2, {HitKind::button, kClearAction}},
-        {"nnnnn", 2, {HitKind::button, kRefreshAction}},
-        {"nnnnnnn", 2, {HitKind::instanceRow, kFirstInstanceId}},
-        {"nnnnnnnn", 2, {HitKind::instanceRow, kFirstInstanceId + 1}},
-        {"nnnnnnnnd", 2, {HitKind::instanceRow, kFirstInstanceId + 1}},
-        {"nnnnnnnnul", 2, {HitKind::instanceRow, kFirstInstanceId}},
-        {"nnnnnnnnn", 2, {HitKind::primaryButton, kCaptureAction}},
-        {"nrrrrr", 2, {HitKind::tab, kFirstTabId + 3}},
-        {"nehrd", 2, {HitKind::tab, kFirstTabId + 1}},
-        {"pn", 0, {HitKind::tab, kFirstTabId}},
+    const std::pair<const char*, ElementId> cases[] = {
+        {"pn", {HitKind::tab, kFirstTabId}},
+        {"pp", {HitKind::button, kClearAction}},
+        {"nnnnn", {HitKind::button, kRefreshAction}},
+        {"nnnnnnnnd", {HitKind::instanceRow, kFirstInstanceId + 1}},
+        {"nnnnnnnnul", {HitKind::instanceRow, kFirstInstanceId}},
+        {"nnnnnnnnn", {HitKind::primaryButton, kCaptureAction}},
+        {"nrrrrr", {HitKind::tab, kFirstTabId + 3}},
+        {"nehrd", {HitKind::tab, kFirstTabId + 1}},
     };
-    for (const auto& [keys, instances, focus] : cases) {
-        WindowState state = pageWith(instances);
+    for (const auto& [keys, focus] : cases) {
+        WindowState state = pageWith(2);
         press(state, keys);
         EXPECT_TRUE(state.focus == focus) << keys << ": " << state.focus->id;
     }
@@ -113,16 +95,19 @@ TEST(WindowState, WalksTheFocusInReadingOrderAndKeepsItOnItsElement) {
 }
 
 TEST(WindowState, ScrollsTheReportThatHasTheFocus) {
-    WindowState state = stateWith(HitKind::label, 0);
-    for (int i = 0; i < 50; ++i)
+    WindowState state = stateWith({HitKind::label, 0});
+    appendLine(state.log, std::wstring(60, L'l'));  // two lines high
+    for (const auto& [y, line] : {std::pair{146.F, 0}, {148.F, -1}}) {
+        EXPECT_TRUE(dispatchClick(state, {20, y}, fakeMeasure, {}));
+        EXPECT_EQ(state.log.selectionAnchor, line);
+    }
+    for (int i = 1; i < 50; ++i)
         appendLine(state.log, L"line");
-    press(state, "u");
-    EXPECT_EQ(state.log.scrollBack, 0) << "the focus is elsewhere";
-    EXPECT_TRUE(dispatchClick(state, {20, 290}, fakeMeasure, {}));
-    const struct {
-        const char* keys;
-        int scrollBack;
-    } cases[] = {{"u", 1}, {"uud", 2}, {"g", 10}, {"G", 2}, {"h", 42}, {"ud", 41}, {"e", 0}};
+    EXPECT_TRUE(dispatchClick(state, {20, 110}, fakeMeasure, {}));
+    EXPECT_TRUE(state.log.selectionAnchor == 42 && state.log.selectionEnd == 42);
+    EXPECT_FALSE(dispatchClick(state, {401, 110}, fakeMeasure, {}));
+    const std::pair<const char*, int> cases[] = {{"u", 1},  {"uud", 2}, {"g", 10}, {"G", 2},
+                                                 {"h", 42}, {"ud", 41}, {"e", 0}};
     for (const auto& [keys, scrollBack] : cases) {
         press(state, keys);
         EXPECT_EQ(state.log.scrollBack, scrollBack) << keys;
@@ -132,38 +117,11 @@ TEST(WindowState, ScrollsTheReportThatHasTheFocus) {
     EXPECT_EQ(state.log.scrollBack, 41);
 }
 
-TEST(WindowState, SelectsALogLineWhereNothingElseIsHit) {
-    WindowState state = stateWith(HitKind::label, 0);
-    appendLine(state.log, L"only line");
-    const struct {
-        PointDip point;
-        bool painted;
-        int selected;
-    } clicks[] = {
-        {{20, 20}, false, -1}, {{20, 110}, true, 0}, {{401, 110}, false, 0}, {{20, 290}, true, -1}};
-    for (const auto& click : clicks) {
-        EXPECT_EQ(dispatchClick(state, click.point, fakeMeasure, {}), click.painted);
-        EXPECT_EQ(state.log.selectionAnchor, click.selected);
-        EXPECT_EQ(state.log.selectionEnd, click.selected);
-    }
-}
-
-TEST(WindowState, KeepsTheHoverOnItsElement) {
-    WindowState state = pageWith(0);
-    EXPECT_TRUE(moveHover(state, {790, 140}));
-    EXPECT_FALSE(moveHover(state, {791, 140}));
-    const std::vector<HitTarget> other = pageWith(2).hitTargets;
-    takeLayout(state, {0, {}, {other.rbegin(), other.rend()}, {}, {}, {}});
-    EXPECT_EQ(state.hitTargets[static_cast<std::size_t>(state.hoverTarget)].id, kRefreshAction);
-    takeLayout(state, {});
-    EXPECT_EQ(state.hoverTarget, -1);
-}
-
 TEST(GuardedAction, MakesALineOfMemoryThatIsNotThere) {
-    FakeHost host;
-    runGuarded(host.host(), [] { throw std::bad_alloc(); });
-    EXPECT_NE(host.report().find(L"Failed: not enough memory"), std::wstring::npos);
-    ActionHost none = host.host();
-    none.appendLog = [](const std::wstring&) { throw std::bad_alloc(); };
-    runGuarded(none, [] { throw std::bad_alloc(); });
+    FakeHost fake;
+    ActionHost host = fake.host();
+    runGuarded(host, [] { throw std::bad_alloc(); });
+    EXPECT_NE(fake.report().find(L"Failed: not enough memory"), std::wstring::npos);
+    host.appendLog = [](const std::wstring&) { throw std::bad_alloc(); };
+    runGuarded(host, [] { throw std::bad_alloc(); });
 }

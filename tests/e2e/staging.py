@@ -1,4 +1,4 @@
-"""Stages what the Fix page finds, for tests and for pictures."""
+"""Stages what Mirelo meets outside of its window, for tests and for pictures."""
 
 import contextlib
 import io
@@ -9,61 +9,33 @@ import zipfile
 
 from driver import windows_path
 
-MACHINE = "HKEY_LOCAL_MACHINE"
-PRINTERS = rf"{MACHINE}\System\CurrentControlSet\Control\Print\Printers"
-FONTS = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Fonts"
-QUOTA = rf"{MACHINE}\Software\Microsoft\Windows NT\CurrentVersion\Windows"
 VIRTUAL = "Microsoft Print to PDF"
-DEVICES = r"HKEY_CURRENT_USER\Software\Microsoft\Windows NT\CurrentVersion\Devices"
-DEFAULT = r"HKEY_CURRENT_USER\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+PORTS = {"Studio Queue": r"\\server\queue", VIRTUAL: "PORTPROMPT:"}
+PRINTERS = r"HKEY_LOCAL_MACHINE\System\CurrentControlSet\Control\Print\Printers"
+WINDOWS = r"HKEY_CURRENT_USER\Software\Microsoft\Windows NT\CurrentVersion"
 PREFERENCES = r"HKCU\Software\Corel\CorelDRAW\25.0\Draw\Application Preferences\Framework"
 
 
-def import_registry(wine, tmp_path, *lines):
-    path = tmp_path / "staged.reg"
-    path.write_text("\r\n".join(("\ufeffWindows Registry Editor Version 5.00", "", *lines, "")), "utf-16-le", newline="")
-    wine.run("reg", "import", windows_path(path))
+@contextlib.contextmanager
+def printers(wine, folder):
+    """Wine's spooler lives in the registry, so printers can be staged, a network printer as the default. Gives a
+    reader of the default."""
+    def import_registry(*lines):
+        path = folder / "staged.reg"
+        path.write_text("\r\n".join(("\ufeffWindows Registry Editor Version 5.00", *lines, "")), "utf-16-le", newline="")
+        wine.run("reg", "import", windows_path(path))
 
-
-def quoted(text):
-    return '"' + text.replace("\\", "\\\\") + '"'
-
-
-class Spooler:
-    """Wine's spooler lives in the registry, so printers can be staged. It reports no status: offline is an attribute."""
-
-    PRINTERS = {"Studio": ("LPT1:", 0), "Studio Queue": (r"\\server\queue", 0), "Asleep": ("LPT1:", 0x400),
-                VIRTUAL: ("PORTPROMPT:", 0)}
-
-    def __init__(self, wine, tmp_path):
-        self._wine, self._folder = wine, tmp_path
-        lines = []
-        for name, (port, attributes) in self.PRINTERS.items():
-            lines += [f"[{PRINTERS}\\{name}]", f'"Name"={quoted(name)}', f'"Port"={quoted(port)}',
-                      '"Printer Driver"="wineps.drv"', '"Print Processor"="WinPrint"',
-                      f'"Attributes"=dword:{attributes:08x}', '"Status"=dword:00000000']
-        ports = [f'"{name}"={quoted("winspool," + port)}' for name, (port, _) in self.PRINTERS.items()]
-        import_registry(wine, tmp_path, *lines, f"[{DEVICES}]", *ports, f"[{DEFAULT}]", '"Device"=-')
-
-    def close(self):
-        import_registry(self._wine, self._folder, *(f"[-{PRINTERS}\\{name}]" for name in self.PRINTERS),
-                        f"[{DEVICES}]", *(f'"{name}"=-' for name in self.PRINTERS), f"[{DEFAULT}]", '"Device"=-')
-
-    @property
-    def default(self):
-        text = self._wine.run("reg", "query", DEFAULT, "/v", "Device")
-        return text.split("REG_SZ")[1].strip().split(",")[0] if "REG_SZ" in text else None
-
-    @default.setter
-    def default(self, name):
-        if name:
-            self._wine.set_registry(DEFAULT, "Device", f"{name},winspool,LPT1:")
-        else:
-            self._wine.delete_registry(DEFAULT, "Device")
-
-
-def backups_folder(wine):
-    return wine.tool_folder.parents[1] / "Local" / "Mirelo" / "backups"
+    lines = []
+    for name, port in PORTS.items():
+        port = port.replace("\\", r"\\")
+        lines += [f"[{PRINTERS}\\{name}]", f'"Name"="{name}"', f'"Port"="{port}"', '"Printer Driver"="wineps.drv"',
+                  '"Print Processor"="WinPrint"', rf"[{WINDOWS}\Devices]", f'"{name}"="winspool,{port}"']
+    import_registry(*lines, rf"[{WINDOWS}\Windows]", '"Device"="Studio Queue,winspool,LPT1:"')
+    try:
+        yield lambda: wine.run("reg", "query", rf"{WINDOWS}\Windows", "/v", "Device")
+    finally:
+        import_registry(*(f"[-{PRINTERS}\\{name}]" for name in PORTS), rf"[{WINDOWS}\Devices]",
+                        *(f'"{name}"=-' for name in PORTS), rf"[{WINDOWS}\Windows]", '"Device"=-')
 
 
 def chunk(name, data):
@@ -93,8 +65,9 @@ def document(views=3, styles=5, previews=2, payload=200, leaves=1):
 
 
 @contextlib.contextmanager
-def caches_of_coreldraw(wine):
-    """Files that are worth cleaning and one that is not; gives their contents."""
+def coreldraw(wine):
+    """Files that are worth cleaning and one that is not, and settings that slow CorelDRAW down. Gives the files'
+    contents and a reader of the settings."""
     local = wine.tool_folder.parents[1] / "Local"
     contents = {
         local / "CrashDumps" / "CorelDRW.exe.4711.dmp": b"dump" * 1000,
@@ -104,26 +77,17 @@ def caches_of_coreldraw(wine):
     for path, content in contents.items():
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content)
-    try:
-        yield contents
-    finally:
-        for path in contents:
-            path.unlink(missing_ok=True)
-        shutil.rmtree(backups_folder(wine), ignore_errors=True)
-
-
-@contextlib.contextmanager
-def settings_of_coreldraw(wine):
-    """Settings as they slow CorelDRAW down; gives a reader of them."""
     wine.set_registry(PREFERENCES, "UndoLevels", "150")
     wine.set_registry(PREFERENCES, "ShowWelcomeScreen", "1", "REG_DWORD")
 
-    def read():
+    def settings():
         words = wine.run("reg", "query", PREFERENCES).split()
         return {name: words[words.index(name) + 2] for name in ("UndoLevels", "ShowWelcomeScreen")}
 
     try:
-        yield read
+        yield contents, settings
     finally:
+        for path in contents:
+            path.unlink(missing_ok=True)
+        shutil.rmtree(local / "Mirelo" / "backups", ignore_errors=True)
         wine.delete_registry(r"HKCU\Software\Corel")
-        shutil.rmtree(backups_folder(wine), ignore_errors=True)

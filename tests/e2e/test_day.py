@@ -1,15 +1,25 @@
 """A working day in one process: every page, every button, and what is left afterwards on disk, in the registry and
 of the default printer."""
 
+import json
+import pathlib
+import sys
 import zipfile
+from contextlib import closing
 
 import pytest
 
-from driver import (ABOUT_TAB, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB, NETWORK,
-                    PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, wait_for)
-from signature_server import PROGRAM, rule, rule_document, signature_server
-from staging import VIRTUAL, document
+from driver import (ABOUT_TAB, BUILD, CAPTURE, CLEANUP, CLEAR, CLOUD_TAB, COPY, DASHBOARD, DIAGNOSE_TAB, FIX_TAB,
+                    LANGUAGE, NETWORK, PANEL, PRINTER, RESTORE, SCAN, SETTINGS, SLIM, SUBMIT, UPDATE, Mirelo, Practice,
+                    wait_for)
+from staging import VIRTUAL, coreldraw, document, printers
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "cloud" / "https_e2e"))
+from servers import OddServer  # noqa: E402
+
+PROGRAM = BUILD / "tests" / "mirelo_local.exe"
+FONTS, QUOTA = (rf"HKLM\Software\Microsoft\Windows NT\CurrentVersion\{key}" for key in ("Fonts", "Windows"))
+GERMAN = 6
 PLUGIN = ["[Stuck in a third-party plugin] (severity: high)",
           "The block happens inside a plugin module. Temporarily move its .cpg file out of the Plugins folder to verify, "
           "then contact the plugin author or find a replacement."]
@@ -24,9 +34,21 @@ DIAGNOSES = {
 NO_MATCH = "  (No signature matched - you may click 'Submit Unknown' to feed the community database anonymously.)"
 
 
-def diagnose_every_hang(app, practice):
+def rule_document(version, *titles):
+    return json.dumps({"version": version, "rules": [
+        {"id": f"hook-{number:03}", "category": "third_party", "module": "screenhook", "title": title,
+         "severity": "high", "advice": "Close the capture tool."} for number, title in enumerate(titles)]})
+
+
+def forget_the_service(wine):
+    """No rule cache, and the network switch as after installation."""
+    wine.delete_registry(r"HKCU\Software\Mirelo")
+    (wine.tool_folder / "signatures.cache.json").unlink(missing_ok=True)
+
+
+def diagnose_every_hang(app, stage):
     for way, diagnosis in DIAGNOSES.items():
-        hung = practice(way)
+        hung = stage.enter_context(closing(Practice(app.wine, way)))
         app.refresh()
         app.click(CLEAR)
         app.click(CAPTURE)
@@ -47,29 +69,34 @@ def diagnose_every_hang(app, practice):
     return hung
 
 
-def ask_the_service(app, server):
+def ask_the_service(app, server, rules):
     app.click(DASHBOARD)
     assert "  Responsive: NO" in app.wait_for_report("[Dashboard] GDI handles: ")
     app.show(CLOUD_TAB)
     app.click(SUBMIT)
     app.answer("Anonymous Submission", "y")
     app.wait_for_report("[Submit] Anonymously submitted ")
-    assert len(server.submissions()) == 1
-    server.offer(rule_document(8, rule("hook-001", "Stuck in a hook"), rule("hook-002", "Another")))
+    assert [method for method, *_ in server.requests].count("POST") == 1
+    rules.write_text(rule_document(8, "Stuck in a hook", "Another"))
     app.click(UPDATE)
     app.wait_for_report("[Cloud] Signatures updated to v8 (6 rules)")
     app.click(NETWORK)
     app.wait_for_report("[Cloud] Network disabled. Signature updates and submissions stop")
 
 
-def tidy_up(app, printers, caches):
+def tidy_up(app, default_printer, caches):
     app.show(FIX_TAB)
+    app.wine.set_registry(QUOTA, "GDIProcessHandleQuota", 12345, "REG_DWORD")
     app.click(SCAN)
-    app.wait_for_report("Physical memory: ")
+    found = app.wait_for_report("Physical memory: ")
+    app.wine.delete_registry(QUOTA, "/v", "GDIProcessHandleQuota")
+    fonts = app.wine.run("reg", "query", FONTS).count("REG_SZ")
+    assert "[HIGH RISK] Default printer: Studio Queue" in found and "[OK] GDI handle quota: 12345" in found
+    assert f"Installed fonts: {fonts} fonts" in found
     app.click(PRINTER)
     app.answer("Confirm Temp Switch", "y")
     app.wait_for_report("[Printer] Switched. Original default: Studio Queue (auto-restored on exit)")
-    assert printers.default == VIRTUAL
+    assert VIRTUAL in default_printer()
     app.click(CLEANUP)
     app.answer("Confirm Cache Cleanup", "y")
     app.wait_for_report("[Cleanup] [OK] 2 files")
@@ -82,39 +109,31 @@ def tidy_up(app, printers, caches):
 
 
 def slim_documents(app, folder):
-    names = sorted(path.name for path in folder.glob("*.cdr"))
     app.click(SLIM)
-    app.choose_files(folder, *names)
+    app.choose_files(folder / "many", *(path.name for path in (folder / "many").iterdir()))
+    app.wait_for_report("[Slim] Selection too long: the file names together exceed 8192 characters.")
+    app.click(SLIM)
+    app.choose_files(folder, *(path.name for path in folder.glob("*.cdr")))
     app.answer("File Slimming Confirmation", "y")
     app.wait_for_report("[Slim] Done: succeeded 3 / already clean 1 / failed or skipped 2.", 60)
 
 
 def look_around(app):
-    panel = app.kind("panel")
+    panel = app.element(PANEL)
     if not app.by_keyboard:
-        for _ in range(80):
-            app.click_at(panel.x + 40, panel.y + 15, button=4)
+        app.click_at(panel.x + 40, panel.y + 15, button=4, times=80)
         wait_for(lambda: app.click_at(panel.x + 40, panel.y + 15) or
                  app.report("ctrl+c").startswith(("[Dashboard]", "[Capture]")), "an old line at the top")
     for tab in (DIAGNOSE_TAB, ABOUT_TAB):
         app.show(tab)
-    english = app.title()
-    for position in (6, 0, 4):
+    for position in (0, GERMAN):
         before = app.title()
-        app.choose_language(position)
+        app.click(LANGUAGE + position)
+        app.language = position
         wait_for(lambda: app.title() != before, "a title in the new language")
-    assert app.title() == english
     whole = app.report()
     app.click(COPY)
     wait_for(lambda: app.desktop.clipboard() == whole, "the whole report")
-    app.click(CLEAR)
-    wait_for(app.has_no_report, "an empty report")
-
-
-def end_the_session(app):
-    """As a log-off does: the window is told that the session ends, and nobody closes it."""
-    app.wine.run("wineboot", "--end-session")
-    wait_for(lambda: app.process.poll() is not None, "the program's end")
 
 
 def stage_documents(folder):
@@ -126,35 +145,47 @@ def stage_documents(folder):
 
 
 @pytest.mark.parametrize("hand", ["mouse", "keyboard"])
-def test_a_working_day(hand, wine, mirelo, practice, printers, settings, caches, tmp_path):
+def test_a_working_day(hand, wine, stage, tmp_path):
     folder = tmp_path / "documents"
-    folder.mkdir()
+    (folder / "many").mkdir(parents=True)
+    for number in range(100):
+        (folder / "many" / f"{number:090}.cdr").touch()
     documents = stage_documents(folder)
-    printers.default = "Studio Queue"
-    with signature_server(tmp_path, wine) as server:
-        cache = wine.tool_folder / "signatures.cache.json"
-        cache.parent.mkdir(parents=True, exist_ok=True)
-        cache.write_text(rule_document(5, rule("hook-001", "Stuck in an old hook")))
-        server.offer(rule_document(7, rule("hook-001", "Stuck in a screen-capture hook")))
+    default_printer = stage.enter_context(printers(wine, tmp_path))
+    caches, settings = stage.enter_context(coreldraw(wine))
+    forget_the_service(wine)
+    stage.callback(forget_the_service, wine)
+    server = stage.enter_context(closing(OddServer(tmp_path, port=443)))
+    rules = server.www / "api" / "mirelo" / "signatures.php"
+    rules.parent.mkdir(parents=True)
+    cache = wine.tool_folder / "signatures.cache.json"
+    cache.parent.mkdir(parents=True, exist_ok=True)
+    cache.write_text(rule_document(5, "Stuck in an old hook"))
+    rules.write_text(rule_document(7, "Stuck in a screen-capture hook"))
 
-        app = mirelo(program=PROGRAM, by_keyboard=hand == "keyboard")
-        assert "[Signatures] 5 (5 rules)" in app.report()
-        app.wait_for_report("[Cloud] Signatures hot-updated to v7 in background (5 rules).")
-        hung = diagnose_every_hang(app, practice)
-        ask_the_service(app, server)
-        hung.close()
-        tidy_up(app, printers, caches)
-        slim_documents(app, folder)
-        look_around(app)
-        if hand == "mouse":
-            end_the_session(app)
-        else:
-            assert app.close_politely() == 0
+    app = stage.enter_context(closing(Mirelo(wine, program=PROGRAM, by_keyboard=hand == "keyboard")))
+    assert "[Signatures] 5 (5 rules)" in app.report()
+    app.wait_for_report("[Cloud] Signatures hot-updated to v7 in background (5 rules).")
+    hung = diagnose_every_hang(app, stage)
+    ask_the_service(app, server, rules)
+    hung.close()
+    tidy_up(app, default_printer, caches)
+    slim_documents(app, folder)
+    look_around(app)
+    if hand == "mouse":
+        wine.run("wineboot", "--end-session")  # a log-off: the window is told, and nobody closes it
+    else:
+        app.key("alt+F4")
+    wait_for(lambda: app.process.poll() is not None, "the program's end")
+    assert app.process.returncode == 0
 
-        assert cache.read_bytes() == server.document.read_bytes()
-        assert (wine.tool_folder / "config.json").read_text() == '{"lang":4}\n'
-        assert "NetworkEnabled    REG_SZ    0" in wine.run("reg", "query", r"HKCU\Software\Mirelo")
-    assert printers.default == "Studio Queue"
+    assert cache.read_bytes() == rules.read_bytes()
+    assert "NetworkEnabled    REG_SZ    0" in wine.run("reg", "query", r"HKCU\Software\Mirelo")
+    asked = len(server.requests)
+    tomorrow = stage.enter_context(closing(Mirelo(wine, program=PROGRAM, language=None)))
+    assert "CDR Hang Diagnosis" not in tomorrow.title(), "still in German"
+    assert "[Signatures] 8 (6 rules)" in tomorrow.report() and len(server.requests) == asked
+    assert "Studio Queue" in default_printer()
     assert {path: path.read_bytes() for path in caches} == caches
     assert settings() == {"UndoLevels": "30", "ShowWelcomeScreen": "0x0"}
     for path, before in documents.items():
