@@ -90,8 +90,9 @@ void TreeBuilder::card(const Card& card) {
         const bool isChoice = roleOf(target.kind) == Role::choice;
         if (isChoice && list < 0) {
             list = add(Role::list, number, group, card.title);
-            node(list).rect = card.rect;
+            node(list).rect = target.rect();
         }
+        if (isChoice) node(list).rect = around(node(list).rect, target.rect());
         element(target, isChoice ? list : group);
     }
 }

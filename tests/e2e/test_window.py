@@ -27,7 +27,7 @@ def wine_at(dpi, desktop):
         wine.shut_down()
 
 
-@pytest.mark.parametrize("width, height, dpi", [(1366, 768, 96), (1920, 1080, 144)])
+@pytest.mark.parametrize("width, height, dpi", [(1366, 768, 96), (1920, 1080, 120), (1920, 1080, 144)])
 def test_the_first_window_lies_on_the_screen_and_shows_what_a_click_did(stage, tmp_path, width, height, dpi):
     taskbar = 40 * dpi // 96
     (tmp_path / "margins.xml").write_text(MARGINS.format(taskbar))
