@@ -1,6 +1,8 @@
 // The program around an action: keeps what it was told and answers every question alike.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -34,3 +36,12 @@ struct FakeHost {
         return whole;
     }
 };
+
+inline bool holds(const std::wstring& text, const std::wstring& part) {
+    return text.find(part) != std::wstring::npos;
+}
+
+inline void expectParts(const std::wstring& text, const std::vector<std::wstring>& parts) {
+    for (const std::wstring& part : parts)
+        EXPECT_TRUE(holds(text, part)) << part << " is not in: " << text;
+}

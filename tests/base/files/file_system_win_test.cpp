@@ -18,45 +18,57 @@ class WindowsFiles : public testing::Test {
 
 }  // namespace
 
-TEST_F(WindowsFiles, RenamesOnlyWhatNobodyHasOpenAndIsAsExpected) {
+TEST_F(WindowsFiles, ChangesOnlyWhatNobodyHasOpenAndIsAsExpected) {
     const std::wstring to = base + L"\\to.bin";
     const FileStamp stamp = files.inspect(file).stamp;
+    const auto expectNothing = [&](const FileStamp& expected, FileOutcome outcome) {
+        for (const FileResult& result :
+             {files.rename(file, to, &expected), files.copy(file, to, expected),
+              files.remove(file, &expected)})
+            EXPECT_EQ(result.outcome, outcome);
+    };
     for (const DWORD access : {DWORD{GENERIC_READ}, DWORD{GENERIC_WRITE}}) {
         for (DWORD share = 0; share < 8; ++share) {
             const FileHandle user(
                 CreateFileW(file.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
-            EXPECT_EQ(files.rename(file, to, &stamp).outcome, FileOutcome::inUse) << share;
-            EXPECT_EQ(files.copy(file, to, stamp).outcome, FileOutcome::inUse) << share;
-            EXPECT_EQ(files.remove(file, &stamp).outcome, FileOutcome::inUse) << share;
+            expectNothing(stamp, FileOutcome::inUse);
         }
     }
     FileStamp later = stamp, larger = stamp;
     ++later.modified;
     ++larger.size;
-    for (const FileStamp& other : {later, larger}) {
-        EXPECT_EQ(files.rename(file, to, &other).outcome, FileOutcome::changed);
-        EXPECT_EQ(files.remove(file, &other).outcome, FileOutcome::changed);
-    }
+    for (const FileStamp& other : {later, larger})
+        expectNothing(other, FileOutcome::changed);
     WriteStaged(to, "in the way");
     EXPECT_EQ(files.rename(file, to, &stamp).outcome, FileOutcome::exists);
+    EXPECT_EQ(files.writeNew(to, "other").outcome, FileOutcome::exists);
     EXPECT_EQ(ReadStaged(to), "in the way");
     EXPECT_FALSE(files.rename(base + L"\\a", base + L"\\b", nullptr).isDone()) << "a folder";
     EXPECT_TRUE(files.rename(file, base + L"\\moved.bin", &stamp).isDone());
     EXPECT_EQ(files.inspect(base + L"\\moved.bin").stamp.modified, stamp.modified);
 }
 
-TEST_F(WindowsFiles, ComparesToTheLastByteAndRemovesWhatIsReadOnly) {
+TEST_F(WindowsFiles, CopiesAcrossVolumesToTheLastByteAndRemovesWhatIsReadOnly) {
     const std::string contents = std::string(1'000'000, 'x') + "P";
     WriteStaged(file, contents, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
     const FileStamp stamp = files.inspect(file).stamp;
-    const std::wstring to = base + L"\\copy.bin";
-    ASSERT_TRUE(files.copy(file, to, stamp).isDone());
-    EXPECT_TRUE(files.compare(file, to).isDone());
-    EXPECT_TRUE(files.remove(to, &stamp).isDone());
-    ASSERT_TRUE(files.writeNew(to, contents.substr(1) + "Q").isDone());
-    EXPECT_EQ(files.writeNew(to, "other").outcome, FileOutcome::exists);
-    EXPECT_EQ(files.compare(file, to).outcome, FileOutcome::changed);
-    EXPECT_EQ(files.read(to, 3), "xxx");
+    // Another volume, where the system has one that is known to be.
+    const bool isFar = IsThere(LR"(Z:\dev\shm)");
+    const StagedFolder far(isFar ? LR"(Z:\dev\shm)" : base);
+    WindowsFileSystem both({base, far.path()});
+    const std::wstring to = far.path() + L"\\copy.bin";
+    EXPECT_TRUE(!isFar || both.rename(file, to, &stamp).outcome == FileOutcome::otherVolume);
+    ASSERT_TRUE(both.copy(file, to, stamp).isDone());
+    EXPECT_TRUE(both.compare(file, to).isDone());
+    FileStamp copied = both.inspect(to).stamp;
+    EXPECT_EQ(copied, stamp);
+    copied.modified -= 20'000'000;
+    EXPECT_TRUE(both.setStamp(to, copied).isDone());
+    EXPECT_EQ(both.inspect(to).stamp, copied);
+    EXPECT_TRUE(both.remove(to, &copied).isDone());
+    ASSERT_TRUE(both.writeNew(to, contents.substr(1) + "Q").isDone());
+    EXPECT_EQ(both.compare(file, to).outcome, FileOutcome::changed);
+    EXPECT_EQ(both.read(to, 3), "xxx");
 }
 
 TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {

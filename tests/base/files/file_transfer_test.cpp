@@ -51,30 +51,22 @@ TEST(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
 
 TEST(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
     const struct {
-        const char* what;
-        bool isWhole;      // the unfinished copy
-        const char* from;  // "" for none; "contents" is the original
-        const char* partAfter;
-        const char* toAfter;
+        bool isWhole;                     // the unfinished copy
+        const char *from, *part, *after;  // "" for none; "contents" is the original
     } cases[] = {
-        {"original there, copy whole", true, "contents", "", ""},
-        {"rename lost, original gone", true, "", "", "contents"},
-        {"rename lost, something newer in place", true, "newer one", "", "contents"},
-        {"copy partial, original changed since", false, "newer one", "", ""},
-        {"copy partial, original gone", false, "", "partial", ""},
+        {true, "contents", "", ""}, {true, "", "", "contents"}, {true, "newer", "", "contents"},
+        {false, "newer", "", ""},   {false, "", "partial", ""},
     };
-    const std::wstring part = partOf(kTo);
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
         Transfer transfer;
         FakeFileSystem& files = transfer.files;
-        if (std::string(c.from) != "contents") files.remove(kFrom, nullptr);
-        if (*c.from == 'n') files.add(kFrom, c.from);
-        auto& copied = files.add(part, c.isWhole ? "contents" : "partial");
+        files.find(kFrom)->contents = c.from;
+        if (*c.from == '\0') files.remove(kFrom, nullptr);
+        auto& copied = files.add(partOf(kTo), c.isWhole ? "contents" : "partial");
         if (c.isWhole) copied.modified = transfer.stamp.modified + 2 * kTicksPerSecond;
         settleTransfer(files, kFrom, kTo, transfer.stamp);
         EXPECT_EQ(transfer.at(kFrom), c.from);
-        EXPECT_EQ(transfer.at(part), c.partAfter);
-        EXPECT_EQ(transfer.at(kTo), c.toAfter);
+        EXPECT_EQ(transfer.at(partOf(kTo)), c.part) << c.from;
+        EXPECT_EQ(transfer.at(kTo), c.after) << c.from;
     }
 }

@@ -58,15 +58,8 @@ inline std::wstring stagedPath(const StagedFile& file) {
 }
 
 struct Stage {
-    explicit Stage(const std::wstring& home = kNear)
-        : context{files,
-                  kRoots,
-                  L"",
-                  {home, kRoots[0] + L"\\Mirelo"},
-                  [this] { return running; },
-                  [this] {
-                      return BackupContext::Now{utc, utc + 36'000'000'000};
-                  }} {
+    explicit Stage(const std::wstring& home = kNear) {
+        context.homes.local = home;
         for (const StagedFile& file : kStagedFiles)
             files.add(stagedPath(file), *file.contents ? file.contents : utf8FromWide(file.path));
         files.find(kRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
@@ -114,20 +107,25 @@ struct Stage {
     bool isKilled(int step, const Act& act) {
         files.steps = 0;
         files.killAt = step;
-        bool killed = false;
+        utc += 60 * kTicksPerSecond;
         try {
             act();
         } catch (const Killed&) {
-            killed = true;
         }
         files.killAt = std::numeric_limits<int>::max();
-        utc += 60 * kTicksPerSecond;
-        return killed;
+        return files.steps >= step;
     }
 
     FakeFileSystem files;
     FakeHost host;
     RunningPrograms running;
     FileTicks utc = 133'500'000'000'000'000;
-    BackupContext context;
+    BackupContext context{files,
+                          kRoots,
+                          L"",
+                          {L"", kRoots[0] + L"\\Mirelo"},
+                          [this] { return running; },
+                          [this] {
+                              return BackupContext::Now{utc, utc + 36'000'000'000};
+                          }};
 };
