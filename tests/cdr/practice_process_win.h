@@ -42,7 +42,8 @@ class PracticeProcess {
         const std::wstring program = PracticeProgram().wstring();
         std::wstring command =
             L"\"" + program + L"\" " + way + L" --name " + name_ + L" --lifetime-s 7200";
-        STARTUPINFOW startup{.cb = sizeof startup};
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
         PROCESS_INFORMATION started{};
         EXPECT_TRUE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE,
                                    CREATE_SUSPENDED, nullptr, nullptr, &startup, &started))

@@ -213,34 +213,6 @@ TEST_F(HostileCapture, SurvivesTheEndOfMirelo) {
     }
 }
 
-TEST(Capture, FindsWhatHangsAndLetsItGoOn) {
-    constexpr const wchar_t* kSystem = L"System-level wait (submit to analyze further)";
-    const struct {
-        const wchar_t *way, *suspect, *function;
-    } cases[] = {{L"print", L"acmeprintdrv", L"AskPrinterForTrays"},
-                 {L"deep-stack", L"coreldrw", L"OpenGroup"},
-                 {L"system-wait", kSystem, nullptr}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.way);
-        const PracticeProcess practice(c.way);
-        const CdrInstance target = practice.listed();
-        const CaptureResult capture = CaptureMainThreadStack(target.pid, target.mainThreadId);
-        EXPECT_EQ(SuspendCount(target.mainThreadId), 0U);
-        const SuspectFrame suspect = FindSuspect(capture.frames, kSystemFiles);
-        EXPECT_EQ(suspect.module, c.suspect);
-        if (c.function != nullptr) {
-            EXPECT_EQ(suspect.frame.function, c.function);
-            EXPECT_LT(suspect.frame.displacement - 1, 255U);
-            EXPECT_GT(suspect.frame.line, 0U);
-            EXPECT_EQ(suspect.frame.imagePath.find(PracticeProgram().parent_path().wstring()), 0U);
-        }
-        const bool isWhole = capture.frames.back().function == L"RtlUserThreadStart";
-        EXPECT_EQ(isWhole, capture.frames.size() != 64) << capture.frames.size();
-        practice.signal(L"release");
-        EXPECT_TRUE(practice.await(L"released"));
-    }
-}
-
 TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
     PracticeProcess practice(L"late-plugin");
     const CdrInstance target = practice.listed();
@@ -250,11 +222,14 @@ TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
     };
     const SuspectFrame early = suspect();
     EXPECT_EQ(early.module, L"screenhook");
+    EXPECT_EQ(early.frame.imagePath, PracticeProgram().replace_filename(L"screenhook.dll"));
+    EXPECT_GT(early.frame.line, 0U);
     practice.signal(L"next");
     ASSERT_TRUE(practice.await(L"ready2"));
     const SuspectFrame late = suspect();
     EXPECT_EQ(late.module, L"slowfilter.cpg");
     EXPECT_EQ(late.frame.function, L"ApplySlowFilter");
+    EXPECT_LT(late.frame.displacement - 1, 255U);
     EXPECT_EQ(late.frame.address >> 16, early.frame.address >> 16) << "not the same base";
 
     practice.end();

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "base/files/tool_folder_win.h"
-#include "base/handle_win.h"
 #include "cloud/cache_file_win.h"
 #include "cloud/https_win.h"
+#include "tests/base/files/staged_folder_win.h"
 #include "tests/hostile/imitation.h"
 
 IMITATE("kernel32.dll", CreateFileW);
@@ -23,33 +23,28 @@ IMITATE("winhttp.dll", WinHttpOpen);
 
 TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
     std::vector<DWORD> accessTypes;
-    const Staged session(WinHttpOpenImitation, [&](LPCWSTR agent, DWORD accessType, LPCWSTR proxy,
-                                                   LPCWSTR bypass, DWORD flags) {
-        accessTypes.push_back(accessType);
-        return WinHttpOpenImitation.real(agent, accessType, proxy, bypass, flags);
-    });
+    const Staged session(WinHttpOpenImitation,
+                         [&](LPCWSTR agent, DWORD accessType, auto... arguments) {
+                             accessTypes.push_back(accessType);
+                             return WinHttpOpenImitation.real(agent, accessType, arguments...);
+                         });
     // Nothing listens on the discard port.
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
     EXPECT_EQ(accessTypes, (std::vector<DWORD>{WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
                                                WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY}));
     // A Windows that does not know the second way.
-    const Staged refusal(WinHttpOpenImitation,
-                         [](LPCWSTR, DWORD, LPCWSTR, LPCWSTR, DWORD) { return HINTERNET{}; });
+    const Staged refusal(WinHttpOpenImitation, [](auto...) { return HINTERNET{}; });
     EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
 
 TEST(HostileCacheFile, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
     constexpr std::size_t kSizeLimit = 0x200000;
     // A profile as before the first download: the tool's folder is not there.
-    wchar_t profile[MAX_PATH] = {};
-    GetTempPathW(MAX_PATH - 20, profile);
-    wcscat(profile, L"mirelo-profile");
-    CreateDirectoryW(profile, nullptr);
-    const Staged fresh(SHGetFolderPathWImitation,
-                       [&](HWND, int, HANDLE, DWORD, LPWSTR path) -> HRESULT {
-                           wcscpy(path, profile);
-                           return S_OK;
-                       });
+    const StagedFolder profile;
+    const Staged fresh(SHGetFolderPathWImitation, [&](HWND, int, HANDLE, DWORD, LPWSTR path) {
+        wcscpy(path, profile.path().c_str());
+        return S_OK;
+    });
     for (const std::size_t size : {kSizeLimit, kSizeLimit - 1, std::size_t{0}}) {
         ASSERT_TRUE(WriteCacheFile(std::string(size, 'x')));
         EXPECT_EQ(ReadCacheFile().size(), size % kSizeLimit);
@@ -57,52 +52,38 @@ TEST(HostileCacheFile, GivesBackWhatFitsAndNoFailureCostsWhatIsThere) {
     const std::string good("\0\r\n\xFF", 4);
     ASSERT_TRUE(WriteCacheFile(good));
     {
-        const Staged full(WriteFileImitation,
-                          [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
-                              *written = 0;
-                              SetLastError(ERROR_DISK_FULL);
-                              return FALSE;
-                          });
+        const Staged full(WriteFileImitation, [](auto...) {
+            SetLastError(ERROR_DISK_FULL);
+            return FALSE;
+        });
         EXPECT_FALSE(WriteCacheFile("a full disk"));
     }
     {
-        const Staged readOnly(CreateFileWImitation, [](LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES,
-                                                       DWORD, DWORD, HANDLE) {
+        const Staged readOnly(CreateFileWImitation, [](auto...) {
             SetLastError(ERROR_ACCESS_DENIED);
             return INVALID_HANDLE_VALUE;
         });
         EXPECT_FALSE(WriteCacheFile("a folder that may only be read"));
     }
+    WriteStaged(CacheFilePath() + L".new", "left behind");
     {
         const FileHandle other(CreateFileW((CacheFilePath() + L".new").c_str(), GENERIC_WRITE, 0,
-                                           nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE,
-                                           nullptr));
-        ASSERT_TRUE(other);
+                                           nullptr, OPEN_EXISTING, 0, nullptr));
         EXPECT_FALSE(WriteCacheFile("another Mirelo is at it"));
     }
     EXPECT_EQ(ReadCacheFile(), good);
-    DeleteFileW(CacheFilePath().c_str());
-    EXPECT_TRUE(RemoveDirectoryW(toolFolder().c_str())) << "something is left behind";
-    RemoveDirectoryW(profile);
+    EXPECT_TRUE(WriteCacheFile("x"));
+    EXPECT_FALSE(IsThere(CacheFilePath() + L".new"));
 }
 
-TEST(HostileFolders, AProfileWithoutAFolderOrWithADeadServerHasNone) {
-    {
-        const Staged none(SHGetFolderPathWImitation,
-                          [](HWND, int, HANDLE, DWORD, LPWSTR) -> HRESULT { return E_FAIL; });
-        EXPECT_EQ(toolFolder(), L"");
-        EXPECT_EQ(CacheFilePath(), L"\\signatures.cache.json");
-    }
+TEST(HostileFolders, AProfileOnADeadServerHasNone) {
     const auto released =
         std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    {
-        const Staged dead(SHGetFolderPathWImitation,
-                          [released](HWND, int, HANDLE, DWORD, LPWSTR) -> HRESULT {
-                              WaitForSingleObject(std::shared_ptr(released)->get(), 60000);
-                              return E_FAIL;
-                          });
-        EXPECT_EQ(toolFolder(), L"");
-        SetEvent(released->get());
-    }
-    EXPECT_NE(toolFolder(), L"");
+    const Staged dead(SHGetFolderPathWImitation, [released](auto...) {
+        WaitForSingleObject(std::shared_ptr(released)->get(), 60000);
+        return E_FAIL;
+    });
+    EXPECT_EQ(toolFolder(), L"");
+    SetEvent(released->get());
+    EXPECT_EQ(CacheFilePath(), L"\\signatures.cache.json");
 }

@@ -50,24 +50,24 @@ TEST_F(WindowsFiles, ChangesOnlyWhatNobodyHasOpenAndIsAsExpected) {
 
 TEST_F(WindowsFiles, CopiesAcrossVolumesToTheLastByteAndRemovesWhatIsReadOnly) {
     const std::string contents = std::string(1'000'000, 'x') + "P";
-    WriteStaged(file, contents, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
-    const FileStamp stamp = files.inspect(file).stamp;
+    const std::wstring from = base + L"\\from.bin";
+    WriteStaged(from, contents, FILE_ATTRIBUTE_READONLY);
+    FileStamp stamp = files.inspect(from).stamp;
     // Another volume, where the system has one that is known to be.
     const bool isFar = IsThere(LR"(Z:\dev\shm)");
-    const StagedFolder far(isFar ? LR"(Z:\dev\shm)" : base);
-    WindowsFileSystem both({base, far.path()});
-    const std::wstring to = far.path() + L"\\copy.bin";
-    EXPECT_TRUE(!isFar || both.rename(file, to, &stamp).outcome == FileOutcome::otherVolume);
-    ASSERT_TRUE(both.copy(file, to, stamp).isDone());
-    EXPECT_TRUE(both.compare(file, to).isDone());
-    FileStamp copied = both.inspect(to).stamp;
-    EXPECT_EQ(copied, stamp);
-    copied.modified -= 20'000'000;
-    EXPECT_TRUE(both.setStamp(to, copied).isDone());
-    EXPECT_EQ(both.inspect(to).stamp, copied);
-    EXPECT_TRUE(both.remove(to, &copied).isDone());
+    const StagedFolder other(isFar ? LR"(Z:\dev\shm)" : base);
+    WindowsFileSystem both({base, other.path()});
+    const std::wstring to = other.path() + L"\\copy.bin";
+    EXPECT_TRUE(!isFar || both.rename(from, to, &stamp).outcome == FileOutcome::otherVolume);
+    ASSERT_TRUE(both.copy(from, to, stamp).isDone());
+    EXPECT_TRUE(both.compare(from, to).isDone());
+    EXPECT_EQ(both.inspect(to).stamp, stamp);
+    stamp.modified -= 20'000'000;
+    EXPECT_TRUE(both.setStamp(to, stamp).isDone());
+    EXPECT_EQ(both.inspect(to).stamp.attributes & 1, 1U);
+    EXPECT_TRUE(both.remove(to, &stamp).isDone());
     ASSERT_TRUE(both.writeNew(to, contents.substr(1) + "Q").isDone());
-    EXPECT_EQ(both.compare(file, to).outcome, FileOutcome::changed);
+    EXPECT_EQ(both.compare(from, to).outcome, FileOutcome::changed);
     EXPECT_EQ(both.read(to, 3), "xxx");
 }
 

@@ -60,8 +60,8 @@ TEST(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
     for (const auto& c : cases) {
         Transfer transfer;
         FakeFileSystem& files = transfer.files;
-        files.find(kFrom)->contents = c.from;
-        if (*c.from == '\0') files.remove(kFrom, nullptr);
+        if (*c.from != 'c') files.remove(kFrom, nullptr);
+        if (*c.from == 'n') files.add(kFrom, c.from);
         auto& copied = files.add(partOf(kTo), c.isWhole ? "contents" : "partial");
         if (c.isWhole) copied.modified = transfer.stamp.modified + 2 * kTicksPerSecond;
         settleTransfer(files, kFrom, kTo, transfer.stamp);

@@ -61,7 +61,8 @@ inline std::string UnixPath(const std::wstring& path) {
 /// no handles, and what Wine leaves in their place must not be closed.
 inline bool RunBelow(const std::string& command, const std::wstring& path, bool isThereAfter) {
     std::wstring commandLine = L"Z:\\bin\\" + wideFromUtf8(command);
-    STARTUPINFOW startup{.cb = sizeof startup};
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
     PROCESS_INFORMATION nothing{};
     CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
                    nullptr, &startup, &nothing);
