@@ -37,9 +37,6 @@ TEST(CleanupPlan, LeavesLinks) {
     }
     files.add(kRoots[2] + L"\\CDR1.tmp", "", EntryType::link);
     EXPECT_EQ(pathsOf(planOf(files)), Paths());
-    EXPECT_EQ(ListCleanupItems(files, kRoots, false).unreadable.size(), 0U);
-    files.find(kRoots[2])->type = EntryType::link;
-    EXPECT_GT(ListCleanupItems(files, kRoots, false).unreadable.size(), 0U);
 }
 
 TEST(CleanupPlan, HidesNothingThatIsNewOrCannotBeSeen) {
@@ -82,15 +79,17 @@ TEST(TempFolder, IsTrustedOnlyWhereItCanHoldNothingElse) {
         EXPECT_NE(WhyNotTemporary(other, reserved), L"") << other;
 }
 
-// As earlier versions wrote it, and with what no version writes.
 TEST(BackupManifest, IsJudgedEntryByEntry) {
+    const FileStamp stamp{2, kNow, kNow, 32};
+    const std::string whole = WriteManifest(
+        {{{}, false, L"C:\\T\\Corel\\CDR1.tmp", L"TEMP\\corel\\CDR1.tmp", stamp}}, kNow);
     const struct {
-        const char *from, *to;
+        std::string from, to;
         std::size_t items;
     } changes[] = {
-        {"TEMP", "NEW", 1},  // a later version may know more roots
-        {"\"size\": 2", "\"size\": -5", 0},
-        {"32", "4294967296", 0},
+        {"\"TEMP", "\"NEW", 1},  // a later version may know more roots
+        {": 2,", ": -5,", 0},
+        {": 32,", ": 4294967296,", 0},
         {"\"file\"", "\"link\"", 0},
         {"\"modified\"", "\"changed\"", 0},
         {R"(TEMP\\corel)", R"(TEMP\\other)", 0},
@@ -98,16 +97,11 @@ TEST(BackupManifest, IsJudgedEntryByEntry) {
         {R"(TEMP\\corel\\CDR1.tmp)", R"(\\CDR1.tmp)", 0},
     };
     for (const auto& change : changes) {
-        std::string text = R"({"format": "mirelo-cleanup-backup", "version": 1, "entries": [
-            {"state": "M", "type": "file", "kind": "temporary-file", "size": 2,
-             "created": "2026-03-13T11:02:39.9733386Z", "modified": "2026-03-13T11:02:39.9733386Z",
-             "attributes": 32, "path": "C:\\T\\Corel\\CDR1.tmp", "backup": "TEMP\\corel\\CDR1.tmp"}
-        ]})";
-        text.replace(text.find(change.from), std::string_view(change.from).size(), change.to);
-        EXPECT_EQ(ReadManifest(text).items.size(), change.items) << change.to;
-        EXPECT_EQ(ReadManifest(text).damaged, 1 - change.items) << change.to;
+        std::string text = whole;
+        text.replace(text.find(change.from), change.from.size(), change.to);
+        EXPECT_EQ(ReadManifest(text).items.size(), change.items) << text;
+        EXPECT_EQ(ReadManifest(text).damaged, 1 - change.items) << text;
     }
     for (const wchar_t* path : {L"C:\\Windows\\a", L"C:\\Users\\Zo\u00eb\\Local\\..\\a", L"a"})
         EXPECT_EQ(RootAbove(path, kRoots), nullptr) << path;
-    EXPECT_EQ(RootAbove(lowered(kRoots[2]) + L"\\a", kRoots), &kRoots[2]);
 }

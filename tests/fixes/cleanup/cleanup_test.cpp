@@ -163,21 +163,16 @@ TEST(Restore, PassesABackupWhoseListCannotBeUsed) {
     }
 }
 
-TEST(BackupFolders, AreOrderedByDateAndNumberOverBothHomes) {
-    FakeFileSystem files;
-    const BackupHomes homes{kNear, kRoots[0] + L"\\Mirelo"};
-    const FileTicks now = 133'500'000'000'000'000;
-    const std::wstring today = L"cleanup_" + datedName(now);
-    const std::wstring local = kNear + L"\\backups\\", roaming = homes.roaming + L"\\backups\\";
-    EXPECT_EQ(NewBackupFolder(files, homes, kCleanupBackup, now), local + today);
-    for (const wchar_t* suffix : {L"-9", L"-2", L"", L"-x", L"-", L"-1234567"})
-        files.addFolder(local + today + suffix);
-    files.addFolder(roaming + today + L"-10");
-    files.add(local + L"cleanup_2999-01-01_00-00-00", "a file");
-    EXPECT_EQ(ListBackups(files, homes, kCleanupBackup).folders,
-              (std::vector{roaming + today + L"-10", local + today + L"-9", local + today + L"-2",
-                           local + today}));
-    // The clock was set back by a day: the new backup still is the newest.
-    const FileTicks yesterday = now - 86'400 * kTicksPerSecond;
-    EXPECT_EQ(NewBackupFolder(files, homes, kCleanupBackup, yesterday), local + today + L"-11");
+TEST(Restore, BringsTheNewestBackFirstAlsoAfterTheClockWasSetBack) {
+    Stage stage;
+    for (int i = 0; i < 12; ++i) {
+        stage.files.add(kCache + decimal(i), "x");
+        stage.clean();
+        stage.utc -= i == 1 ? 86'400 * kTicksPerSecond : 0;
+        if (i % 2 == 0) std::swap(stage.context.homes.local, stage.context.homes.roaming);
+    }
+    for (int i = 12; i-- > 0;) {
+        stage.restore();
+        EXPECT_NE(stage.files.find(kCache + decimal(i)), nullptr) << i;
+    }
 }
