@@ -105,16 +105,3 @@ TEST_F(WindowsFiles, PinsTheFoldersItWorksIn) {
     }
     EXPECT_TRUE(MoveFileW((base + L"\\a").c_str(), (base + L"\\b").c_str()));
 }
-
-TEST_F(WindowsFiles, WorksBeyondTheOldLimitOfPaths) {
-    std::wstring deep = base;
-    for (int i = 0; i < 12; ++i) {
-        deep += L"\\" + std::wstring(40, static_cast<wchar_t>(L'a' + i));
-        ASSERT_TRUE(files.createFolder(deep).isDone());
-    }
-    const std::wstring below = deep + L"\\file.bin";
-    const FileStamp stamp = files.inspect(file).stamp;
-    ASSERT_TRUE(files.rename(file, below, &stamp).isDone());
-    EXPECT_EQ(files.list(deep).entries.size(), 1U);
-    EXPECT_TRUE(files.rename(below, file, &stamp).isDone());
-}

@@ -65,11 +65,9 @@ TEST(DefaultPrinter, IsJudgedByPortAttributesAndStatus) {
         bool isNetwork, isOffline;
     } cases[] = {
         {{L"Office", L"C:\\\\out", ~0x410U, ~0x80U}, false, false},
-        {{L"Office", L"\\\\", 0, 0}, true, false},
-        {{L"Office", L"IP_", 0, 0}, true, false},
+        {{L"Office", L"\\\\", 0x400, 0}, true, true},
+        {{L"Office", L"IP_", 0, 0x80}, true, true},
         {{L"Office", L"IP", 0x10, 0}, true, false},
-        {{L"Office", L"LPT1:", 0x400, 0}, false, true},
-        {{L"Office", L"LPT1:", 0, 0x80}, false, true},
         {{L"office", L"IP_10.0.0.9", 0x410, 0x80}, false, false},
     };
     for (const auto& c : cases) {

@@ -3,18 +3,15 @@
 #include <map>
 #include <set>
 
-#include "base/text.h"
 #include "fixes/settings/registry_export.h"
 #include "fixes/settings/settings_change.h"
-#include "tests/base/files/fake_file_system.h"
-#include "tests/fake_host.h"
+#include "tests/fixes/cleanup/staged_profile.h"
 
 namespace {
 
 const std::wstring kCorel = L"Software\\Corel\\CorelDRAW";
 const std::wstring kDraw24 = kCorel + L"\\24.0\\Draw\\Application Preferences\\";
-const std::wstring kTool = L"C:\\Local\\Mirelo";
-const std::wstring kExport = kTool + L"\\backups\\settings_2024-01-17_21-20-00\\settings.reg";
+const std::wstring kDeep = kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep";
 
 RegistryValue text(const wchar_t* name, const wchar_t* data) {
     return {name, kRegistryText, DataOfText(data)};
@@ -47,37 +44,29 @@ struct FakeRegistry final : Registry {
     }
 };
 
-struct Settings {
+struct Settings : Stage {
     Settings() {
         registry.keys = {
             {kDraw24 + L"General",
              {number(L"UndoLevels", 99), number(L"BitmapUndoLevels", 2), text(L"Other", L"99")}},
             {kDraw24 + L"Framework", {text(L"ShowWelcomeScreen", L"true")}},
-            {kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep",
-             {text(L"Undo Levels", L"20"), text(L"Hide Welcome Screen", L"0")}},
-            {kCorel + L"\\13.0\\CorelDRAW\\Application Preferences\\HTML Export",
-             {text(L"x", L"1")}},
+            {kDeep, {text(L"Undo Levels", L"20"), text(L"Hide Welcome Screen", L"0")}},
+            {kCorel + L"\\13.0\\CorelDRAW\\Application Preferences\\HTML", {text(L"x", L"1")}},
             {kCorel + L"\\13.0\\PAINT\\Application Preferences", {number(L"UndoLevels", 9)}},
         };
-        files.addFolder(parentFolder(kTool));
+        context.running = [this] {
+            if (!host.questions.empty()) afterTheAnswer();
+            return running;
+        };
     }
     /// The report of one press.
     std::wstring run() {
-        fake.lines.clear();
-        const auto look = [this] {
-            if (!fake.questions.empty()) afterTheAnswer();
-            return running;
-        };
-        const auto now = [] { return BackupContext::Now{1, 133'500'000'000'000'000}; };
-        OptimizeSettings(fake.host(),
-                         {registry, {files, {}, L"", {kTool, L""}, look, now}, kCorel});
-        return fake.report();
+        host.lines.clear();
+        OptimizeSettings(host.host(), {registry, context, kCorel});
+        return host.report();
     }
 
     FakeRegistry registry;
-    FakeFileSystem files;
-    FakeHost fake;
-    RunningPrograms running;
     std::function<void()> afterTheAnswer = [] {};
 };
 
@@ -110,12 +99,12 @@ TEST(SettingsPlan, FindsValuesByNameKeepsTheirTypeAndLeavesTheRest) {
 TEST(Settings, AsksExportsChangesAndSaysEach) {
     Settings settings;
     // The keys go into the export whole, as they were.
-    const std::wstring deep = kCorel + L"\\9.0\\Draw\\Application Preferences\\General\\Deep";
     std::vector<RegistryKeyRecord> exported;
-    for (const std::wstring& key : {kDraw24 + L"Framework", kDraw24 + L"General", deep})
+    for (const std::wstring& key : {kDraw24 + L"Framework", kDraw24 + L"General", kDeep})
         exported.push_back({key, settings.registry.keys.at(key)});
+    const std::wstring file = kNear + L"\\backups\\settings_2024-01-17_22-20-00\\settings.reg";
     const std::wstring welcome = L"CorelDRAW 9.0: welcome screen 0 -> 1 (HKEY_CURRENT_USER\\" +
-                                 deep + L", Hide Welcome Screen)\n";
+                                 kDeep + L", Hide Welcome Screen)\n";
     const std::wstring undo = L"CorelDRAW 24.0: undo levels 99 -> 30 (HKEY_CURRENT_USER\\" +
                               kDraw24 + L"General, UndoLevels)\n";
     expectParts(settings.run(),
@@ -123,13 +112,13 @@ TEST(Settings, AsksExportsChangesAndSaysEach) {
                  L"[Settings] " + welcome, L"[Settings] " + undo,
                  L"[OK] 4 of 4 settings changed, in effect when CorelDRAW starts again. The old "
                  L"ones are in " +
-                     kExport});
-    expectParts(settings.fake.questions.at(0), {L"  " + welcome, L"  " + undo, kExport});
-    EXPECT_EQ(settings.files.find(kExport)->contents, WriteRegistryExport(exported));
+                     file});
+    expectParts(settings.host.questions.at(0), {L"  " + welcome, L"  " + undo, file});
+    EXPECT_EQ(settings.files.find(file)->contents, WriteRegistryExport(exported));
 
     // A second press finds nothing to do and exports nothing.
     EXPECT_TRUE(settings.run().ends_with(L"optimal already, nothing was changed.\n"));
-    EXPECT_EQ(settings.files.snapshot(kTool + L"\\backups").size(), 2U);
+    EXPECT_EQ(settings.files.snapshot(kNear + L"\\backups").size(), 2U);
 }
 
 TEST(Settings, ChangesNothingWhenItMayNot) {
@@ -139,7 +128,7 @@ TEST(Settings, ChangesNothingWhenItMayNot) {
     } cases[] = {
         {[](Settings& s) { s.afterTheAnswer = [&s] { s.running.coreldraw = true; }; },
          L"[Settings] [WARN] CorelDRAW is running"},
-        {[](Settings& s) { s.fake.consents = false; },
+        {[](Settings& s) { s.host.consents = false; },
          L"[Settings] Cancelled, nothing was changed."},
         {[](Settings& s) { s.files.spoilsWriting = true; }, L"does not hold what was written"},
         {[](Settings& s) { s.registry.keys[kDraw24 + L"General\\a\r\nb"] = {}; },
