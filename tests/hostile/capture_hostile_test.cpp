@@ -5,22 +5,24 @@
 #include <dbghelp.h>
 #include <gtest/gtest.h>
 #include <process.h>
-#include <psapi.h>
+#include <wct.h>
 
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <sstream>
-#include <string>
+#include <string_view>
 #include <tuple>
 
 #include "diagnosis/classify.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
+#include "diagnosis/wait_chain_win.h"
 #include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 
+IMITATE("kernel32.dll", GetProcAddress);
 IMITATE("kernel32.dll", GetProcessIdOfThread);
 IMITATE("kernel32.dll", GetThreadContext);
 IMITATE("kernel32.dll", GetTickCount64);
@@ -79,6 +81,36 @@ class HostileCapture : public ::testing::Test {
     };
     static inline std::unique_ptr<All> all;
 };
+
+// Wait chains, which Wine does not offer.
+DWORD toldCount = 3;
+const KernelHandle answers{CreateEventW(nullptr, TRUE, TRUE, nullptr)};
+
+BOOL chainOf(HWCT, DWORD_PTR, DWORD flags, DWORD threadId, DWORD* count, WAITCHAIN_NODE_INFO* nodes,
+             BOOL* isCircle) {
+    WaitForSingleObject(answers.get(), INFINITE);
+    EXPECT_EQ(flags, 7U) << "across processes, COM and critical sections included";
+    for (DWORD i = 0; i < *count; ++i) {
+        nodes[i].ObjectType = WctThreadType;
+        nodes[i].ThreadObject = {GetCurrentProcessId(), threadId + i, 0, 0};
+    }
+    nodes[1].ObjectType = WctMutexType;
+    nodes[1].ObjectStatus = WctStatusAbandoned;
+    std::fill_n(nodes[1].LockObject.ObjectName, WCT_OBJNAME_LENGTH, L'm');
+    nodes[1].LockObject.Timeout.QuadPart = -1;
+    *count = toldCount;
+    *isCircle = TRUE;
+    return TRUE;
+}
+
+FARPROC lookUp(HMODULE module, LPCSTR name) {
+    const std::string_view asked = IS_INTRESOURCE(name) ? "" : name;
+    if (asked == "OpenThreadWaitChainSession")
+        return procedure(+[](DWORD, PWAITCHAINCALLBACK) -> HWCT { return &toldCount; });
+    if (asked == "CloseThreadWaitChainSession") return procedure(+[](HWCT) {});
+    if (asked == "GetThreadWaitChain") return procedure(chainOf);
+    return GetProcAddressImitation.real(module, name);
+}
 
 }  // namespace
 
@@ -234,4 +266,41 @@ TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
 
     practice.end();
     EXPECT_FALSE(CaptureMainThreadStack(target.pid, target.mainThreadId).ok);
+}
+
+TEST(HostileEvidence, ReadsWaitChainsAsFarAsWindowsTellsThem) {
+    const Staged offers(GetProcAddressImitation, lookUp);
+    const WaitChain chain = ReadWaitChain(7, kLimitMs);
+    ASSERT_EQ(chain.nodes.size(), 3U);
+    EXPECT_TRUE(chain.isCircle);
+    EXPECT_EQ(chain.nodes[0].program, L"mirelo_hostile_tests.exe");
+    EXPECT_EQ(chain.nodes[1].status, WaitStatus::abandoned);
+    EXPECT_EQ(chain.nodes[1].name, std::wstring(128, L'm')) << "a name need not end";
+
+    toldCount = 4000;
+    EXPECT_EQ(ReadWaitChain(7, kLimitMs).nodes.size(), 16U);
+    ResetEvent(answers.get());
+    EXPECT_TRUE(ReadWaitChain(7, 10).nodes.empty()) << "waited for a call that does not return";
+    SetEvent(answers.get());
+}
+
+TEST(HostileEvidence, LetsEveryThreadGo) {
+    const PracticeProcess practice(L"lock-held");
+    const CdrInstance target = practice.listed();
+    const auto threads = SystemEvidence().threadsOf(target.pid);
+    const auto capture = [&] { CaptureMainThreadStack(target.pid, target.mainThreadId); };
+    const auto stacks = [&] {
+        const auto walked = CaptureThreadStacks(target.pid, threads, kLimitMs);
+        EXPECT_EQ(practice.heldThreads(), 0);
+        return walked.size();
+    };
+    capture();
+    EXPECT_TRUE(CaptureThreadStacks(target.pid, threads, 0).empty());
+    {
+        const Staged crashing(StackWalk64Imitation, crashes);
+        EXPECT_EQ(stacks(), 0U);
+    }
+    EXPECT_EQ(stacks(), 0U) << "what a crash left of the registration is not to be trusted";
+    capture();
+    EXPECT_EQ(stacks(), threads.size());
 }

@@ -1,9 +1,18 @@
-// Disks that fail while a slimmed document is written, and programs that hold it for moments.
-#include "slim/slim_files_win.h"
+// Disks that fail and fill up, programs that hold a file for moments, and a network that hands out
+// its proxy.
+#include <windows.h>
+#include <winsock2.h>
 
 #include <gtest/gtest.h>
+#include <shlobj.h>
+#include <winhttp.h>
 
+#include <vector>
+
+#include "cloud/cache_file_win.h"
+#include "cloud/https_win.h"
 #include "slim/slim_document.h"
+#include "slim/slim_files_win.h"
 #include "tests/base/files/staged_folder_win.h"
 #include "tests/hostile/imitation.h"
 #include "tests/slim/document_builder.h"
@@ -12,6 +21,8 @@ IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
 IMITATE("kernel32.dll", WriteFile);
+IMITATE("shell32.dll", SHGetFolderPathW);
+IMITATE("winhttp.dll", WinHttpOpen);
 
 namespace {
 
@@ -66,4 +77,45 @@ TEST(HostileDisk, IsWaitedForWhileAnotherProgramHoldsTheFile) {
         return INVALID_HANDLE_VALUE;
     });
     EXPECT_TRUE(document.slim().ok);
+}
+
+TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
+    constexpr std::size_t kSizeLimit = 0x200000;
+    // A profile as before the first download: the tool's folder is not there.
+    const StagedFolder profile;
+    const Staged fresh(SHGetFolderPathWImitation, [&](HWND, int, HANDLE, DWORD, LPWSTR path) {
+        wcscpy(path, profile.path().c_str());
+        return S_OK;
+    });
+    for (const std::size_t size : {kSizeLimit, kSizeLimit - 1, std::size_t{0}}) {
+        ASSERT_TRUE(WriteCacheFile(std::string(size, 'x')));
+        EXPECT_EQ(ReadCacheFile().size(), size % kSizeLimit);
+    }
+    const std::string good("\0\r\n\xFF", 4);
+    ASSERT_TRUE(WriteCacheFile(good));
+    {
+        const Staged full(WriteFileImitation, [](auto...) {
+            SetLastError(ERROR_DISK_FULL);
+            return FALSE;
+        });
+        EXPECT_FALSE(WriteCacheFile("a full disk"));
+    }
+    EXPECT_FALSE(IsThere(CacheFilePath() + L".new")) << "something is left behind";
+    EXPECT_EQ(ReadCacheFile(), good);
+}
+
+TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
+    std::vector<DWORD> accessTypes;
+    const Staged session(WinHttpOpenImitation,
+                         [&](LPCWSTR agent, DWORD accessType, auto... arguments) {
+                             accessTypes.push_back(accessType);
+                             return WinHttpOpenImitation.real(agent, accessType, arguments...);
+                         });
+    // Nothing listens on the discard port.
+    EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
+    EXPECT_EQ(accessTypes, (std::vector<DWORD>{WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
+                                               WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY}));
+    // A Windows that does not know the second way.
+    const Staged refusal(WinHttpOpenImitation, [](auto...) { return HINTERNET{}; });
+    EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }
