@@ -1,16 +1,10 @@
-// Disks that fail and fill up, programs that hold a file for moments, and a network that hands out
-// its proxy.
+// Disks that fail and fill up, and programs that hold a file for moments.
 #include <windows.h>
-#include <winsock2.h>
 
 #include <gtest/gtest.h>
 #include <shlobj.h>
-#include <winhttp.h>
-
-#include <vector>
 
 #include "cloud/cache_file_win.h"
-#include "cloud/https_win.h"
 #include "slim/slim_document.h"
 #include "slim/slim_files_win.h"
 #include "tests/base/files/staged_folder_win.h"
@@ -22,7 +16,6 @@ IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
-IMITATE("winhttp.dll", WinHttpOpen);
 
 namespace {
 
@@ -102,20 +95,4 @@ TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
     }
     EXPECT_FALSE(IsThere(CacheFilePath() + L".new")) << "something is left behind";
     EXPECT_EQ(ReadCacheFile(), good);
-}
-
-TEST(HostileNetwork, WhereNobodyIsReachedTheNetworksOwnProxyIsAskedFor) {
-    std::vector<DWORD> accessTypes;
-    const Staged session(WinHttpOpenImitation,
-                         [&](LPCWSTR agent, DWORD accessType, auto... arguments) {
-                             accessTypes.push_back(accessType);
-                             return WinHttpOpenImitation.real(agent, accessType, arguments...);
-                         });
-    // Nothing listens on the discard port.
-    EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
-    EXPECT_EQ(accessTypes, (std::vector<DWORD>{WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
-                                               WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY}));
-    // A Windows that does not know the second way.
-    const Staged refusal(WinHttpOpenImitation, [](auto...) { return HINTERNET{}; });
-    EXPECT_EQ(HttpsRequestTo({L"127.0.0.1", 9}, L"GET", L"/", {}), "");
 }

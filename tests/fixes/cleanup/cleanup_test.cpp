@@ -37,28 +37,11 @@ TEST_P(CleanupOnBothVolumes, LosesNothingWhereverItAndItsWayBackAreKilled) {
         // A second cleanup in between must not bury what the first one moved.
         if (step % 3 == 0) stage.clean();
         stage.isKilled(step % 7 + 1, [&] { stage.restore(); });
-        for (int i = 0; i < 3; ++i)
-            stage.restore();
+        stage.restore();
+        stage.restore();
         ASSERT_TRUE(stage.profile() == before) << "killed at step " << step;
-        ASSERT_TRUE(stage.backups().empty()) << "killed at step " << step;
+        ASSERT_TRUE(holds(stage.restore(), L"There is no backup")) << "killed at step " << step;
     }
-}
-
-TEST(Cleanup, SkipsWhatIsInUseOrHasChangedAndNamesWhatIsRefused) {
-    Stage stage;
-    const CleanupPlan plan = stage.plan();
-    stage.files.find(kCache + L"one.png")->isInUse = true;
-    stage.files.find(kCache + L"a\\b\\\u4E2D\U0001F600'")->modified += 1;
-    stage.files.find(kRoots[1] + L"\\CrashDumps")->type = EntryType::link;
-    const CleanupReport report =
-        ExecuteCleanup(stage.host.host(), stage.context, plan, stage.newBackup());
-    stage.host.lines = CleanupLines(report, stage.newBackup(), {});
-    expectParts(stage.host.report(),
-                {L"[Cleanup] Failed to move " + kRoots[1] +
-                     L"\\CrashDumps\\CorelDRW.exe.4711.dmp: a link stands on",
-                 L"[Cleanup] Crash reports: 4 files moved, 318 bytes\n",
-                 L"[Cleanup] Thumbnail caches: 2 files moved, 146 bytes; 2 in use, skipped\n",
-                 L"[Cleanup] [WARN] 9 files (557 bytes) moved to ", L"; 4 left in place\n"});
 }
 
 TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
@@ -71,11 +54,11 @@ TEST(Cleanup, StopsAtAFullDiskWithNothingHalfDone) {
         stage.files.freeOnD = room;
         const std::wstring report = stage.press(CleanUp);
         isWhole = holds(report, L"[OK]");
-        EXPECT_NE(holds(report, L"disk is full") || holds(report, L"backup folder is full"),
-                  isWhole);
-        EXPECT_TRUE(std::ranges::is_partitioned(plan.items, [&](const PlannedItem& item) {
+        EXPECT_NE(holds(report, L" is full"), isWhole);
+        const auto isMoved = [&](const PlannedItem& item) {
             return !item.isFolder && stage.files.find(item.path) == nullptr;
-        })) << "went on";
+        };
+        EXPECT_TRUE(std::ranges::is_partitioned(plan.items, isMoved)) << "went on";
         for (const auto& [path, node] : stage.files.snapshot(kFar))
             EXPECT_FALSE(path.ends_with(L"part") || path.ends_with(L".new"));
         stage.restore();
@@ -103,7 +86,10 @@ TEST(Restore, JudgesEachFileAndPassesABackupThatCanGiveNothingMore) {
     Stage stage;
     const std::wstring first = stage.newBackup(), taken = kRoots[2] + L"\\CDR1F3.tmp";
     const FileTicks modified = stage.files.find(taken)->modified;
-    stage.clean();
+    stage.files.find(kCache + L"one.png")->isInUse = true;
+    expectParts(stage.press(CleanUp),
+                {L"[Cleanup] Thumbnail caches: 3 files moved, 217 bytes; 1 in use, skipped\n",
+                 L"[Cleanup] [WARN] 12 files (704 bytes) moved to ", L"; 1 left in place\n"});
     // Work of the same size and time has taken the place of one.
     const std::string work = "~\\Local\\Temp\\CDR1F3.tmX";
     stage.files.add(taken, work).modified = modified;
@@ -113,7 +99,7 @@ TEST(Restore, JudgesEachFileAndPassesABackupThatCanGiveNothingMore) {
     stage.files.find(torn)->contents += "x";
     expectParts(stage.restore(),
                 {L"77\\Report.wer: a link stands on the way", L"4711.dmp: it has changed meanwhile",
-                 L"something else is in its place: ", L"[WARN] 10 files (640 bytes) put back from ",
+                 L"something else is in its place: ", L"[WARN] 9 files (565 bytes) put back from ",
                  L"; 3 files stay there\n"});
     // It can give nothing more, and an older one can.
     const std::wstring older = kRoots[0] + L"\\Mirelo\\backups\\cleanup_2020-01-01_00-00-00";
