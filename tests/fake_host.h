@@ -28,7 +28,6 @@ struct FakeHost {
         };
     }
 
-    /// All lines, each followed by a line feed.
     [[nodiscard]] std::wstring report() const {
         std::wstring whole;
         for (const std::wstring& line : lines)

@@ -13,14 +13,12 @@
 #include "cdr/instances_win.h"
 #include "diagnosis/evidence_sensors_win.h"
 
-/// The practice program in the build folder that this test program is in.
 inline std::filesystem::path PracticeProgram() {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     return std::filesystem::path(path).parent_path().parent_path() / "practice" / "CorelDRW.exe";
 }
 
-/// How often the thread is held suspended.
 inline DWORD SuspendCount(DWORD threadId) {
     const KernelHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, threadId));
     const DWORD count = SuspendThread(thread.get());
@@ -76,13 +74,11 @@ class PracticeProcess {
         return WaitForSingleObject(openSignal(event).get(), kLimitMs) == WAIT_OBJECT_0;
     }
 
-    /// How many of its threads somebody holds suspended.
     [[nodiscard]] int heldThreads() const {
         const auto ids = SystemEvidence().threadsOf(pid_);
         return static_cast<int>(std::ranges::count_if(ids, SuspendCount));
     }
 
-    /// Ends the program and keeps no handle to it.
     void end() {
         if (!process_) return;
         const KernelHandle process = std::move(process_);

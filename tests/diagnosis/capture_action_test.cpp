@@ -9,7 +9,6 @@ namespace {
 
 const std::wstring kTarget = L"[Capture] Target: PID 4711  Version 25.0.0.230\n";
 
-// Presses of the button on a machine that is told what to sense.
 struct Desk {
     CdrInstance instance = {4711, 42, this, L"C:\\CorelDRW.exe", L"25.0.0.230"};
     bool responsive = false;

@@ -1,4 +1,3 @@
-// What is told of a hang beside its diagnosis.
 #include "diagnosis/evidence.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +25,6 @@ using Lines = std::vector<std::wstring>;
 const SystemFiles kSystem{[](const std::wstring& path) { return path.starts_with(L"W:"); },
                           [](const std::wstring&) { return true; }};
 
-// The lines without their common beginning.
 Lines Told(const HangEvidence& evidence) {
     const auto facts = [](const std::wstring& path) -> FileFacts {
         if (path == kPlugin.imagePath) return {L" Holder Tools ", L"2.1", L"Example Ltd"};

@@ -1,5 +1,4 @@
-// Captures of practice programs that hang in every way, and the evidence of what a stack alone does
-// not explain.
+// Captures of practice programs that hang in every way.
 #include <windows.h>
 
 #include <gtest/gtest.h>

@@ -29,7 +29,7 @@ SignatureRuleBase BaseOfVersion(int version) {
 
 TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
     for (const char* text :
-         {"no JSON", R"({"version":9})", R"({"version":9,"rules":{"id":"a","title":"t"}})",
+         {"no JSON", R"({"version":9,"rules":{"id":"a","title":"t"}})",
           R"({"version":9,"rules":["a",1,null,[{"id":"a","title":"t"}],{"id":"a"}]})",
           R"({"version":9,"rules":[{"title":"t"},{"id":"","title":"t"},{"id":1,"title":"t"}]})",
           R"({"version":9,"rules":[{"id":"font-enum-001","advice":"x"},{"id":"a","title":["t"]}]})",
@@ -41,13 +41,11 @@ TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
 }
 
 TEST(MergeRuleDocument, KeepsTheNewestVersion) {
-    const std::pair<const char*, int> versions[] = {
-        {"0", 5}, {"\"9\"", 5}, {"0.9", 5}, {"-7", 5}, {"5", 5}, {"5.9", 5}, {"1e999", 2147483647}};
-    for (const auto& [version, after] : versions) {
+    for (const std::string version : {"0", "\"9\"", "0.9", "-7", "5.9", "1e999"}) {
         SignatureRuleBase base = BaseOfVersion(5);
         const std::string rules = R"({"rules":[{"id":"a","title":"t"}],"version":)";
         EXPECT_TRUE(MergeRuleDocument(base, rules + version + "}")) << version;
-        EXPECT_EQ(base.version, after) << version;
+        EXPECT_EQ(base.version, version == "1e999" ? 2147483647 : 5) << version;
     }
 }
 

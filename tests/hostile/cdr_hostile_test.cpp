@@ -5,7 +5,6 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <cwchar>
 #include <string>
 #include <string_view>
 
@@ -29,24 +28,20 @@ IMITATE("user32.dll", IsWindowVisible);
 TEST(Instances, AreKnownByTheirNameAndReadAsFarAsTheyMayBe) {
     EXPECT_EQ(PracticeProcess(L"splash").listed().pid, 0U);
     const PracticeProcess practice(L"responsive");
-    const wchar_t* name = L"CORELDRW.EXE";
+    std::wstring name = L"CORELDRW.EXE";
     const Staged renames(Process32NextWImitation, [&](HANDLE snapshot, PROCESSENTRY32W* entry) {
         const BOOL isThere = Process32NextWImitation.real(snapshot, entry);
-        if (entry->th32ProcessID == practice.pid()) std::wcscpy(entry->szExeFile, name);
+        if (entry->th32ProcessID == practice.pid()) wcscpy(entry->szExeFile, name.c_str());
         return isThere;
     });
     EXPECT_EQ(practice.listed().exePath, PracticeProgram().wstring());
     EXPECT_EQ(practice.listed().version, L"25.0.0.230");
     EXPECT_TRUE(IsWindowResponsive(practice.listed().mainWindow, 20000));
-    {
-        const Staged closed(QueryFullProcessImageNameWImitation, fails);
-        EXPECT_NE(practice.listed().mainWindow, nullptr);
-        EXPECT_EQ(practice.listed().exePath + practice.listed().version, L"");
-    }
-    for (const wchar_t* other : {L"CorelDRW64.exe", L"MyCorelDRW.exe"}) {
-        name = other;
-        EXPECT_EQ(practice.listed().pid, 0U) << other;
-    }
+    const Staged closed(QueryFullProcessImageNameWImitation, fails);
+    EXPECT_NE(practice.listed().mainWindow, nullptr);
+    EXPECT_EQ(practice.listed().exePath + practice.listed().version, L"");
+    name = L"CorelDRW64.exe";
+    EXPECT_EQ(practice.listed().pid, 0U);
 }
 
 TEST(HostileInstances, AreFoundByTheSystemsCopyOfTheirHungWindow) {

@@ -1,5 +1,4 @@
 // Windows as it seldom is: functions that the product imports, imitated for the length of a test.
-//
 // The linker takes a definition of `__imp_Name` from a test's object before it looks into the
 // import library, so the product's unchanged objects call the test. At namespace level stands
 //   IMITATE("kernel32.dll", GetThreadContext);
@@ -27,7 +26,6 @@ class Imitation<Result(Arguments...)> {
     /// Ready before the first constructor runs: the runtime's own start is imitated too.
     constexpr Imitation(const char* library, const char* name) : library_(library), name_(name) {}
 
-    /// What Windows does.
     Result real(Arguments... arguments) {
         if (real_ == nullptr) {
             // Not by GetProcAddress, which may be imitated itself.
@@ -39,7 +37,6 @@ class Imitation<Result(Arguments...)> {
         return real_(arguments...);
     }
 
-    /// What the product calls.
     template <Imitation& imitation>
     static Result entry(Arguments... arguments) {
         if (imitation.instead == nullptr) return imitation.real(arguments...);

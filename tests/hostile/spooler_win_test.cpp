@@ -21,7 +21,6 @@ enum class Call { none, get, set };
 
 struct Spooler {
     std::wstring current = L"Office";
-    /// Waits until `released` is set.
     std::atomic<Call> hanging = Call::none;
     KernelHandle released{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     KernelHandle changed{CreateEventW(nullptr, FALSE, FALSE, nullptr)};

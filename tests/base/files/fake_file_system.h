@@ -9,7 +9,6 @@
 #include "base/files/file_system.h"
 #include "base/text.h"
 
-/// Thrown by the step at which the process is killed.
 struct Killed {};
 
 class FakeFileSystem final : public FileSystem {
@@ -32,11 +31,9 @@ class FakeFileSystem final : public FileSystem {
     /// The step that kills; each call that changes something is one, a copy and a new file two.
     int killAt = std::numeric_limits<int>::max();
     int steps = 0;
-    /// What others do just before a file is removed.
     std::function<void()> beforeRemoving;
     /// Copies and new files come out with a wrong byte.
     bool spoilsWriting = false;
-    /// Free bytes on drive D.
     std::uint64_t freeOnD = std::numeric_limits<std::uint64_t>::max();
 
     FakeFileSystem() {
@@ -60,7 +57,6 @@ class FakeFileSystem final : public FileSystem {
         return found == nodes_.end() ? nullptr : &found->second;
     }
 
-    /// All that lies below `folder`, by path.
     Snapshot snapshot(const std::wstring& folder) {
         Snapshot seen;
         for (const auto& [key, node] : nodes_)
@@ -213,7 +209,6 @@ class FakeFileSystem final : public FileSystem {
         return {{isExpected ? FileOutcome::done : FileOutcome::changed}, node};
     }
 
-    // Whether something new of that name can be made.
     FileResult makeRoom(const std::wstring& path) {
         const auto [result, node] = access(path, nullptr);
         if (node != nullptr) return {FileOutcome::exists};

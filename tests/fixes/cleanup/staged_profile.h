@@ -89,7 +89,6 @@ struct Stage {
                 node.created = node.modified = 0;
         return seen;
     }
-    /// The contents of all files, however they are called.
     std::multiset<std::string> contents() {
         std::multiset<std::string> all;
         for (const wchar_t* drive : {L"C:", L"D:"})

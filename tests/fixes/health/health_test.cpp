@@ -26,7 +26,6 @@ struct Desk {
                 }};
     }
 
-    // What one press of the button adds to the report.
     std::wstring press(const std::wstring& currentNow, bool consents = true, bool refuses = false) {
         current = currentNow;
         refuse = refuses;

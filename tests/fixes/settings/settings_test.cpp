@@ -59,7 +59,6 @@ struct Settings : Stage {
             return running;
         };
     }
-    /// The report of one press.
     std::wstring run() {
         host.lines.clear();
         OptimizeSettings(host.host(), {registry, context, kCorel});
@@ -116,7 +115,6 @@ TEST(Settings, AsksExportsChangesAndSaysEach) {
     expectParts(settings.host.questions.at(0), {L"  " + welcome, L"  " + undo, file});
     EXPECT_EQ(settings.files.find(file)->contents, WriteRegistryExport(exported));
 
-    // A second press finds nothing to do and exports nothing.
     EXPECT_TRUE(settings.run().ends_with(L"optimal already, nothing was changed.\n"));
     EXPECT_EQ(settings.files.snapshot(kNear + L"\\backups").size(), 2U);
 }
