@@ -19,17 +19,15 @@ struct Desk {
     std::wstring press(bool selected = true) {
         FakeHost fake;
         const auto no = [](const std::wstring&) { return false; };
-        const CaptureSensors sensors{[&](WindowHandle window, unsigned timeoutMs) {
-                                         EXPECT_EQ(window, instance.mainWindow);
-                                         EXPECT_EQ(timeoutMs, 800U);
-                                         return responsive;
-                                     },
-                                     [&](std::uint32_t pid, std::uint32_t threadId) {
-                                         EXPECT_TRUE(!responsive && pid == 4711 && threadId == 42);
-                                         return capture;
-                                     },
-                                     {no, no},
-                                     evidence};
+        const auto isResponsive = [&](WindowHandle window, unsigned timeoutMs) {
+            EXPECT_TRUE(window == instance.mainWindow && timeoutMs == 800);
+            return responsive;
+        };
+        const auto captureStack = [&](std::uint32_t pid, std::uint32_t threadId) {
+            EXPECT_TRUE(!responsive && pid == 4711 && threadId == 42);
+            return capture;
+        };
+        const CaptureSensors sensors{isResponsive, captureStack, {no, no}, evidence};
         OnCaptureNow(fake.host(), selected ? &instance : nullptr, {}, sensors, last);
         return fake.report();
     }
@@ -63,8 +61,8 @@ TEST(CaptureNow, ReportsAnUnmatchedSuspectAndTheEvidence) {
         L"===== Diagnosis =====\n[Blocked in a third-party component]  Suspect module: hook\nThis "
         L"component is not part of CDR itself - submit the signature to confirm its source.\n"
         L"  (No signature matched - you may click 'Submit Unknown' to feed the community database "
-        L"anonymously.)\n--- Top 8 frames ---\n  hook!OnMouse\n  ?!(no symbol)\n\n===== Evidence =====\n[Evidence] "
-        L"Main thread: waiting, 0 % of a core during the capture";
+        L"anonymously.)\n--- Top 8 frames ---\n  hook!OnMouse\n  ?!(no symbol)\n\n"
+        L"===== Evidence =====\n[Evidence] Main thread: waiting, 0 % of a core during the capture";
     EXPECT_EQ(desk.press(), told + L".\n\n");
     desk.press();
     EXPECT_EQ(desk.press(), told + L"; at the same place as 4 s ago.\n\n");

@@ -44,8 +44,7 @@ constexpr const wchar_t* kWalkFailed =
 
 // All captures are of one hanging program, whose thread the test holds once itself: a resume that
 // is missing shows as well as one too many. The debug-help library finds no module by itself.
-class HostileCapture : public ::testing::Test {
-  protected:
+struct HostileCapture : testing::Test {
     static void SetUpTestSuite() { all = std::make_unique<All>(); }
     static void TearDownTestSuite() { all.reset(); }
     void TearDown() override { expectToGoOn(); }
@@ -182,9 +181,8 @@ TEST_F(HostileCapture, LeavesSymbolsOnOtherMachinesAlone) {
 
 // Run by the test below in a process of its own.
 TEST(DISABLED_Mirelo, DiesWhileItHoldsTheThread) {
-    std::istringstream victim(std::getenv("MIRELO_VICTIM"));
     DWORD pid = 0, threadId = 0, way = 0;
-    victim >> pid >> threadId >> way;
+    std::istringstream(std::getenv("MIRELO_VICTIM")) >> pid >> threadId >> way;
     // Instead of the system's box or debugger.
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG {
         TerminateProcess(GetCurrentProcess(), 3);

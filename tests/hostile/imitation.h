@@ -2,8 +2,7 @@
 // The linker takes a definition of `__imp_Name` from a test's object before it looks into the
 // import library, so the product's unchanged objects call the test. At namespace level stands
 //   IMITATE("kernel32.dll", GetThreadContext);
-// and in a test, until the end of the scope:
-//   const Staged failing(GetThreadContextImitation, fails);
+// and in a test, for a scope: const Staged failing(GetThreadContextImitation, fails);
 // Whatever is not staged does what Windows does. The test's own calls are imitated too.
 #pragma once
 

@@ -6,8 +6,7 @@
 
 namespace {
 
-class WindowsFiles : public testing::Test {
-  protected:
+struct WindowsFiles : testing::Test {
     StagedFolder stage;
     std::wstring base = stage.path() + L"\\base";
     WindowsFileSystem files{{base, L""}};
@@ -93,7 +92,6 @@ TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
     EXPECT_EQ(files.rename(fileLink, base + L"\\x", nullptr).outcome, FileOutcome::link);
     // A folder whose name only begins like the base is not below it.
     EXPECT_EQ(files.inspect(base + L"-not\\x").result.outcome, FileOutcome::outside);
-    EXPECT_EQ(WindowsFileSystem({outside}).list(outside).entries.size(), 1U);
     EXPECT_EQ(ReadStaged(outside + L"\\victim.bin"), "victim");
 }
 

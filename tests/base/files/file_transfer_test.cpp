@@ -30,7 +30,6 @@ TEST(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
     FakeFileSystem& files = transfer.files;
     files.spoilsWriting = true;
     EXPECT_EQ(transfer.run(), FileOutcome::changed);
-    EXPECT_EQ(files.snapshot(L"D:\\b").size(), 0U);
     files.spoilsWriting = false;
     // Others write to the original just before it would be removed, and to what took its place.
     for (const bool isCopyTheirs : {false, true}) {

@@ -51,10 +51,7 @@ inline std::string UnixPath(const std::wstring& path) {
     using Convert = char*(__cdecl*)(const wchar_t*);
     const auto convert = reinterpret_cast<Convert>(reinterpret_cast<void*>(
         GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    char* const converted = convert == nullptr ? nullptr : convert(path.c_str());
-    const std::string result = converted == nullptr ? "" : converted;
-    HeapFree(GetProcessHeap(), 0, converted);
-    return result;
+    return convert == nullptr ? "" : convert(path.c_str());
 }
 
 /// Runs a program of the system below until it has had its effect. Nobody can wait for it: it has

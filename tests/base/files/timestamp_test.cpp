@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "base/size_text.h"
-
 TEST(Timestamp, WritesMomentsExactlyAndReadsThemBack) {
     constexpr FileTicks k1970 = 116'444'736'000'000'000;
     const std::pair<FileTicks, const char*> cases[] = {
@@ -16,10 +14,4 @@ TEST(Timestamp, WritesMomentsExactlyAndReadsThemBack) {
     }
     for (const char* text : {"2023-02-29T00:00:00.0000000Z", "2024-01-01T00:00:00.000000Z"})
         EXPECT_FALSE(parseTimestamp(text)) << text;
-}
-
-TEST(SizeText, RoundsDown) {
-    EXPECT_EQ(sizeText(1), L"1 byte");
-    EXPECT_EQ(sizeText(1048575), L"1023.9 KB");
-    EXPECT_EQ(sizeText(UINT64_MAX), L"16777215.9 TB");
 }

