@@ -29,6 +29,7 @@ TEST(CleanupPlan, LeavesLinks) {
     }
     files.add(kRoots[2] + L"\\CDR1.tmp", "", EntryType::link);
     EXPECT_EQ(planOf(files).items.size(), 0U);
+    EXPECT_EQ(ListCleanupItems(files, kRoots, false).unreadable.size(), 0U);
 }
 
 TEST(CleanupPlan, HidesNothingThatIsNewOrCannotBeSeen) {
