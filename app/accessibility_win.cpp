@@ -51,17 +51,6 @@ struct AutomationLibraries {
     }
 };
 
-class SharedLock {
-  public:
-    explicit SharedLock(SRWLOCK& lock) : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
-    SharedLock(const SharedLock&) = delete;
-    SharedLock& operator=(const SharedLock&) = delete;
-    ~SharedLock() { ReleaseSRWLockExclusive(&lock_); }
-
-  private:
-    SRWLOCK& lock_;
-};
-
 }  // namespace
 
 /// What the window and the elements that readers hold have in common.
@@ -73,7 +62,7 @@ struct AutomationShared {
     float dpi = 96;
 
     [[nodiscard]] std::shared_ptr<const AccessibleTree> newest() const {
-        const SharedLock locked(const_cast<SRWLOCK&>(lock));
+        const LockGuard locked(const_cast<SRWLOCK&>(lock));
         return tree;
     }
 };
@@ -454,7 +443,7 @@ void Accessibility::publish(const std::shared_ptr<const AccessibleTree>& tree, f
     if (!isAsked()) return;
     std::shared_ptr<const AccessibleTree> old = tree;
     {
-        const SharedLock locked(shared_->lock);
+        const LockGuard locked(shared_->lock);
         shared_->tree.swap(old);
         shared_->dpi = dpi;
     }
@@ -472,7 +461,7 @@ void Accessibility::publish(const std::shared_ptr<const AccessibleTree>& tree, f
 void Accessibility::close(HWND window) {
     if (!isAsked()) return;
     {
-        const SharedLock locked(shared_->lock);
+        const LockGuard locked(shared_->lock);
         shared_->tree.reset();
     }
     shared_->libraries->returnProvider(window, 0, 0, nullptr);

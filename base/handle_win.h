@@ -76,3 +76,15 @@ struct LibraryTraits {
     static void close(Type module) { FreeLibrary(module); }
 };
 using LibraryHandle = UniqueHandle<LibraryTraits>;
+
+/// Holds a lock exclusively, from here to the end of the scope.
+class LockGuard {
+  public:
+    explicit LockGuard(SRWLOCK& lock) : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
+    LockGuard(const LockGuard&) = delete;
+    LockGuard& operator=(const LockGuard&) = delete;
+    ~LockGuard() { ReleaseSRWLockExclusive(&lock_); }
+
+  private:
+    SRWLOCK& lock_;
+};

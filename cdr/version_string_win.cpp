@@ -3,18 +3,54 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <memory>
+#include <set>
 #include <vector>
 
+#include "base/deadline_win.h"
+#include "base/handle_win.h"
+
 namespace {
+
+// A local disk on a busy machine takes its time too.
+constexpr DWORD kLimitMs = 1000;
+
+// The file that a call reads, from before its thread starts until it ends: on a dead server that
+// is long after the caller has gone.
+class Reading {
+  public:
+    static std::shared_ptr<Reading> ofFile(const std::wstring& path) {
+        const LockGuard lock(lock_);
+        const auto [place, isNew] = outstanding().insert(path);
+        return isNew ? std::shared_ptr<Reading>(new Reading(place)) : nullptr;
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+    ~Reading() {
+        const LockGuard lock(lock_);
+        outstanding().erase(place_);
+    }
+
+  private:
+    using Paths = std::set<std::wstring>;
+    explicit Reading(Paths::iterator place) : place_(place) {}
+
+    // Never destroyed: a call may end after the program's last line.
+    static Paths& outstanding() {
+        static auto* const paths = new Paths;
+        return *paths;
+    }
+
+    static inline SRWLOCK lock_ = SRWLOCK_INIT;
+    Paths::iterator place_;
+};
 
 struct Translation {
     WORD language;
     WORD codePage;
 };
 
-}  // namespace
-
-std::wstring ReadVersionString(const std::wstring& filePath, const std::wstring& valueName) {
+std::wstring ReadString(const std::wstring& filePath, const std::wstring& valueName) {
     DWORD ignored = 0;
     const DWORD size = GetFileVersionInfoSizeW(filePath.c_str(), &ignored);
     if (size == 0) return {};
@@ -41,4 +77,16 @@ std::wstring ReadVersionString(const std::wstring& filePath, const std::wstring&
     const auto* end = reinterpret_cast<const wchar_t*>(resource.data() + std::size_t{size} / 2 * 2);
     return text < end ? std::wstring(text, wcsnlen(text, static_cast<std::size_t>(end - text)))
                       : std::wstring();
+}
+
+}  // namespace
+
+std::wstring ReadVersionString(const std::wstring& filePath, const std::wstring& valueName) {
+    auto reading = Reading::ofFile(filePath);
+    if (!reading) return {};
+    return answerWithin(kLimitMs,
+                        [filePath, valueName, reading = std::move(reading)] {
+                            return ReadString(filePath, valueName);
+                        })
+        .value_or(L"");
 }

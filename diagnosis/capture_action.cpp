@@ -9,7 +9,6 @@
 namespace {
 
 constexpr unsigned kProbeTimeoutMs = 800;
-constexpr std::size_t kShownFrames = 8;
 
 void LogDiagnosis(const ActionHost& host, const Diagnosis& diagnosis, const SuspectFrame& suspect) {
     if (diagnosis.matched) {

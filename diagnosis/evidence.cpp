@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::size_t kShownFrames = 8;
-
 std::uint64_t SecondsOf(std::uint64_t us) {
     constexpr std::uint64_t kSecondUs = 1'000'000;
     return std::max<std::uint64_t>(1, (us + kSecondUs / 2) / kSecondUs);

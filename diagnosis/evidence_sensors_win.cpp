@@ -4,9 +4,6 @@
 
 #include <tlhelp32.h>
 
-#include <memory>
-
-#include "base/deadline_win.h"
 #include "base/handle_win.h"
 #include "cdr/version_string_win.h"
 #include "diagnosis/stack_capture_win.h"
@@ -16,8 +13,6 @@ namespace {
 
 constexpr unsigned kThreadsLimitMs = 1500;
 constexpr unsigned kWaitChainLimitMs = 300;
-// A local disk on a busy machine takes its time too.
-constexpr unsigned kFileLimitMs = 1000;
 
 std::uint64_t Counted(const FILETIME& time) {
     constexpr std::uint64_t kUnitsPerUs = 10;
@@ -93,11 +88,6 @@ EvidenceSensors SystemEvidence() {
     sensors.captureThreads = [](std::uint32_t pid, const std::vector<std::uint32_t>& threadIds) {
         return CaptureThreadStacks(pid, threadIds, kThreadsLimitMs);
     };
-    sensors.fileFacts = [answers = std::make_shared<bool>(true)](const std::wstring& path) {
-        if (!*answers) return FileFacts();
-        const auto facts = answerWithin(kFileLimitMs, [path] { return ReadFacts(path); });
-        *answers = facts.has_value();
-        return facts.value_or(FileFacts());
-    };
+    sensors.fileFacts = ReadFacts;
     return sensors;
 }

@@ -186,21 +186,12 @@ class ThreadWalks {
     std::map<std::uint64_t, StackFrame> named_;
 };
 
-class CaptureLock {
-  public:
-    CaptureLock() { AcquireSRWLockExclusive(&lock_); }
-    CaptureLock(const CaptureLock&) = delete;
-    CaptureLock& operator=(const CaptureLock&) = delete;
-    ~CaptureLock() { ReleaseSRWLockExclusive(&lock_); }
-
-  private:
-    static inline SRWLOCK lock_ = SRWLOCK_INIT;
-};
+constinit SRWLOCK oneAtATime = SRWLOCK_INIT;
 
 }  // namespace
 
 CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) {
-    const CaptureLock lock;
+    const LockGuard lock(oneAtATime);
     const KernelHandle process(
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
     if (!process || hasExited(process.get())) {
@@ -224,7 +215,7 @@ CaptureResult CaptureMainThreadStack(std::uint32_t pid, std::uint32_t threadId) 
 std::vector<ThreadStack> CaptureThreadStacks(std::uint32_t pid,
                                              const std::vector<std::uint32_t>& threadIds,
                                              unsigned limitMs) {
-    const CaptureLock lock;
+    const LockGuard lock(oneAtATime);
     std::vector<ThreadStack> stacks;
     try {
         // Only behind a capture of the same process: a registration of its own takes too long here.

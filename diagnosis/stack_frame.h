@@ -1,6 +1,7 @@
 // What a capture records of the hung thread.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ std::wstring ModuleNameOf(const std::wstring& reportedName, const std::wstring& 
 
 /// A capture holds no more frames than this; a damaged stack may repeat one frame for ever.
 inline constexpr int kMaxFrames = 64;
+
+/// A report shows no more frames than this; the others are only searched.
+inline constexpr std::size_t kShownFrames = 8;
 
 struct CaptureResult {
     /// True when at least one frame was walked.

@@ -27,14 +27,6 @@ struct Hold {
 };
 constinit Hold hold;
 
-class HoldLock {
-  public:
-    HoldLock() { AcquireSRWLockExclusive(&hold.lock); }
-    HoldLock(const HoldLock&) = delete;
-    HoldLock& operator=(const HoldLock&) = delete;
-    ~HoldLock() { ReleaseSRWLockExclusive(&hold.lock); }
-};
-
 void resumeLocked() {
     if (hold.thread != nullptr) ResumeThread(hold.thread);
     hold.thread = nullptr;
@@ -47,7 +39,7 @@ bool awaitChange(DWORD limitMs) {
 
 DWORD WINAPI watch(void* parameter) {
     const auto number = reinterpret_cast<std::uintptr_t>(parameter);
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     const auto isMine = [number] { return hold.isOn && hold.number == number; };
     if (!isMine()) return 0;
     hold.watched = number;
@@ -90,7 +82,7 @@ void letGoAndTerminate() {
 }  // namespace
 
 SuspendedThread::SuspendedThread(HANDLE thread) {
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     if (hold.isOn) return;
     mine_ = hold.isOn = true;
     ++hold.number;
@@ -105,7 +97,7 @@ SuspendedThread::SuspendedThread(HANDLE thread) {
 
 SuspendedThread::~SuspendedThread() {
     if (!mine_) return;
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     resumeLocked();
     hold.isOn = false;
     std::set_terminate(hold.previousTerminate);
@@ -114,17 +106,17 @@ SuspendedThread::~SuspendedThread() {
 }
 
 bool SuspendedThread::isHeld() const {
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     return mine_ && hold.thread != nullptr;
 }
 
 void letGoOfHeldThread() {
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     resumeLocked();
 }
 
 bool isHoldOverdue(DWORD limitMs) {
-    const HoldLock lock;
+    const LockGuard lock(hold.lock);
     if (!hold.isOn) return false;
     return hold.thread == nullptr || GetTickCount64() - hold.sinceMs > limitMs;
 }

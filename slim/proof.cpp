@@ -205,11 +205,11 @@ bool isSameStream(ByteView before, ByteView after) {
 
 bool isSamePalette(ByteView before, ByteView after) {
     constexpr std::string_view kList = "<colors><page></page></colors>";
-    constexpr std::string_view kClosing = "</colors>";
+    constexpr std::string_view kListEnd = "</colors>";
     const std::string_view old(reinterpret_cast<const char*>(before.data()), before.size());
     const std::string_view now(reinterpret_cast<const char*>(after.data()), after.size());
     const std::string_view head = old.substr(0, old.find("<colors>"));
-    const std::string_view tail = old.substr(old.rfind(kClosing) + kClosing.size());
+    const std::string_view tail = old.substr(old.rfind(kListEnd) + kListEnd.size());
     return now.size() == head.size() + kList.size() + tail.size() && now.starts_with(head) &&
            now.substr(head.size()).starts_with(kList) && now.ends_with(tail);
 }

@@ -159,11 +159,11 @@ std::size_t Stripper::stripList(std::size_t at, std::size_t size, std::size_t en
 
 void Stripper::apply(Bytes& stream) const {
     Bytes aside;  // for the odd stream that grows before it shrinks
+    for (const NewSize& list : newSizes_)
+        writeU32(stream, list.at, list.size);
     if (isLongerAnywhere_) aside = stream;
     const std::size_t length = stream.size();
     if (isLongerAnywhere_) stream.resize(length + gaps_.size());
-    for (const NewSize& list : newSizes_)
-        writeU32(isLongerAnywhere_ ? aside : stream, list.at, list.size);
 
     const std::uint8_t* const source = isLongerAnywhere_ ? aside.data() : stream.data();
     std::size_t filled = gaps_.front().at;

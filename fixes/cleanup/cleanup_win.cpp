@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/deadline_win.h"
 #include "base/files/tool_folder_win.h"
 #include "base/process_win.h"
 #include "base/text.h"
@@ -16,6 +17,8 @@
 #include "fixes/cleanup/temp_folder.h"
 
 namespace {
+
+constexpr DWORD kFoldersLimitMs = 4000;
 
 // The long form without a backslash at the end: names in a backup are spelled as the folders
 // themselves spell them, and the folder for temporary files often comes in its short form.
@@ -102,20 +105,23 @@ RunningPrograms runningPrograms() {
 
 }  // namespace
 
+FolderNames FolderNames::read() {
+    FolderNames names;
+    names.roots = {knownFolder(CSIDL_APPDATA), knownFolder(CSIDL_LOCAL_APPDATA), tempFolder(),
+                   knownFolder(CSIDL_COMMON_APPDATA)};
+    const std::wstring& local = names.roots[static_cast<std::size_t>(CleanupRoot::localAppData)];
+    const std::wstring& temp = names.roots[static_cast<std::size_t>(CleanupRoot::temp)];
+    names.tempDoubt = WhyNotTemporary(temp, reservedFolders());
+    names.homes = {local.empty() ? L"" : local + L"\\Mirelo", tidied(toolFolder())};
+    return names;
+}
+
 UserFolders::UserFolders()
-    : roots{knownFolder(CSIDL_APPDATA), knownFolder(CSIDL_LOCAL_APPDATA), tempFolder(),
-            knownFolder(CSIDL_COMMON_APPDATA)},
-      files({roots.begin(), roots.end()}) {}
+    : names(answerWithin(kFoldersLimitMs, FolderNames::read).value_or(FolderNames())),
+      files({names.roots.begin(), names.roots.end()}) {}
 
 BackupContext UserFolders::context() {
-    const std::wstring& local = roots[static_cast<std::size_t>(CleanupRoot::localAppData)];
-    const std::wstring& temp = roots[static_cast<std::size_t>(CleanupRoot::temp)];
-    return {files,
-            roots,
-            WhyNotTemporary(temp, reservedFolders()),
-            {local.empty() ? L"" : local + L"\\Mirelo", tidied(toolFolder())},
-            runningPrograms,
-            readClock};
+    return {files, names.roots, names.tempDoubt, names.homes, runningPrograms, readClock};
 }
 
 BackupsLock::BackupsLock() : mutex_(CreateMutexW(nullptr, FALSE, name().c_str())) {

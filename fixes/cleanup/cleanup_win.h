@@ -15,9 +15,19 @@ void OnCleanup(const ActionHost& host);
 /// Brings the newest backup back.
 void OnRestore(const ActionHost& host);
 
+/// What this user's folders are called; all empty when Windows does not say so in time, because a
+/// server that holds one of them is dead.
+struct FolderNames {
+    CleanupRoots roots;
+    std::wstring tempDoubt;
+    BackupHomes homes;
+
+    static FolderNames read();
+};
+
 /// This user's folders, as they are now.
 struct UserFolders {
-    CleanupRoots roots;
+    FolderNames names;
     WindowsFileSystem files;
 
     UserFolders();

@@ -10,7 +10,7 @@
 
 namespace {
 
-const std::wstring kPrefix = L"[Restore] ";
+const std::wstring kRestore = L"[Restore] ";
 
 // The entries of the folder that was asked about last: neighbours in the list lie in one folder.
 class FolderView {
@@ -214,14 +214,14 @@ std::wstring stayText(const BackupReport& report) {
 void addNamed(std::vector<std::wstring>& lines, const std::wstring& what, std::size_t count,
               const std::function<std::wstring(std::size_t)>& name) {
     for (std::size_t i = 0; i < std::min(count, kMostNamed); ++i)
-        lines.push_back(kPrefix + what + L" " + name(i));
+        lines.push_back(kRestore + what + L" " + name(i));
     const std::wstring more = MoreText(count);
-    if (!more.empty()) lines.push_back(kPrefix + what + more);
+    if (!more.empty()) lines.push_back(kRestore + what + more);
 }
 
 void addLines(std::vector<std::wstring>& lines, const BackupReport& report) {
     if (!report.damage.empty()) {
-        lines.push_back(kPrefix + L"[WARN] Passed over " + report.folder +
+        lines.push_back(kRestore + L"[WARN] Passed over " + report.folder +
                         L": its list is damaged (" + report.damage +
                         L"). Nothing in it was touched; the files are in its folder 'files'.");
         return;
@@ -237,11 +237,11 @@ void addLines(std::vector<std::wstring>& lines, const BackupReport& report) {
              });
     const std::wstring stays = stayText(report);
     if (report.restored.files == 0) {
-        lines.push_back(kPrefix + L"[WARN] Passed over " + report.folder +
+        lines.push_back(kRestore + L"[WARN] Passed over " + report.folder +
                         L", it can give nothing more: " + stays + L".");
         return;
     }
-    lines.push_back(kPrefix + (stays.empty() || report.isRemoved ? L"[OK] " : L"[WARN] ") +
+    lines.push_back(kRestore + (stays.empty() || report.isRemoved ? L"[OK] " : L"[WARN] ") +
                     fileCountText(report.restored.files) + L" (" + sizeText(report.restored.bytes) +
                     L") put back from " + report.folder + L"; " +
                     (stays.empty() ? L"the empty backup was removed" : stays));
@@ -265,20 +265,20 @@ RestoreReport RestoreBackups(const ActionHost& host, const BackupContext& contex
 std::vector<std::wstring> RestoreLines(const RestoreReport& report) {
     std::vector<std::wstring> lines;
     for (const FileFailure& folder : report.unreadable)
-        lines.push_back(kPrefix + L"Failed to look for backups in " + folder.path + L": " +
+        lines.push_back(kRestore + L"Failed to look for backups in " + folder.path + L": " +
                         reasonText(folder.reason));
     for (const BackupReport& backup : report.backups)
         addLines(lines, backup);
     if (lines.empty())
-        lines.push_back(kPrefix + L"There is no backup to restore.");
+        lines.push_back(kRestore + L"There is no backup to restore.");
     else if (report.backups.empty() || report.backups.back().restored.files == 0)
-        lines.push_back(kPrefix + L"[WARN] Nothing was put back.");
+        lines.push_back(kRestore + L"[WARN] Nothing was put back.");
     return lines;
 }
 
 void BringBack(const ActionHost& host, const BackupContext& context) {
     if (context.homes.local.empty()) {
-        host.appendLog(kPrefix + L"Failed: the folder for application data cannot be found.");
+        host.appendLog(kRestore + L"Failed: the folder for application data cannot be found.");
         return;
     }
     for (std::wstring& line : RestoreLines(RestoreBackups(host, context)))

@@ -8,13 +8,11 @@
 
 struct FakeFiles {
     std::map<std::wstring, Bytes> contents;
-    /// The step to fail at, counted from 1; 0 for none.
-    int failAt = 0;
-    /// The step before which somebody else saves `saved` as the document that the step is about.
-    int saveAt = 0;
+    /// The step to fail at, counted from 1, and the one before which somebody else saves `saved` as
+    /// the document that it is about; 0 for none.
+    int failAt = 0, saveAt = 0;
     Bytes saved = {};
-    int steps = 0;
-    int writes = 0;
+    int steps = 0, writes = 0;
     std::uint64_t saves = 0;
 
     bool step(const std::wstring& path) {

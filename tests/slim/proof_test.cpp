@@ -10,40 +10,22 @@
 
 namespace {
 
-enum Entry : std::size_t { kMimetype, kBitmaps, kRoot, kPreview, kMetadata, kLast };
+constexpr const char* kBitmaps = "content/data/Bitmaps.dat";
 
-Bytes stream(std::size_t views, const Bytes& tail = {}) {
-    std::vector<Bytes> chunks(views, chunk("bmrk", Bytes(16, 1)));
-    chunks.push_back(chunk("loda", bytesOf("odd")));
-    return riff("CDRR", {chunk("fver", Bytes(16, 0)), list("doc ", {list("bmkt", chunks)}), tail});
+Bytes stream(std::size_t views, const std::string& tail = {}) {
+    std::string chunks;
+    while (views-- > 0)
+        chunks += chunk("bmrk", std::string(16, 'v'));
+    return riff("CDRR", chunk("fver", std::string(16, 'f')) +
+                            list("doc ", list("bmkt", chunks + chunk("loda", "odd"))) + tail);
 }
 
 Bytes document(const Bytes& root = stream(2)) {
     return zipImage({{"mimetype", bytesOf("zip"), false},
-                     {"content/data/Bitmaps.dat", Bytes(300, 'b')},
+                     {kBitmaps, Bytes(300, 'b')},
                      {"content/root.dat", root},
                      {"previews/page1.png", bytesOf("png")},
                      {"META-INF/metadata.xml", bytesOf("<metadata/>")}});
-}
-
-// Central and local header as CorelDRAW writes them, with one field changed.
-Bytes with(bool isCentral, std::size_t entry, std::size_t field, std::uint32_t value) {
-    Bytes image = document();
-    const std::size_t header = isCentral ? centralHeader(image, entry) : localHeader(image, entry);
-    writeU16(image, header + field, value & 0xFFFF);
-    if (value > 0xFFFF) writeU16(image, header + field + 2, value >> 16);
-    return image;
-}
-
-Bytes counting(std::uint32_t entries) {
-    Bytes image = document();
-    writeU16(image, image.size() - zip::kEndSize + zip::kEndTotalEntries, entries);
-    return image;
-}
-
-std::uint32_t otherSum(std::size_t entry) {
-    const Bytes image = document();
-    return readU16(image, centralHeader(image, entry) + zip::kCentralCrc) ^ 4U;
 }
 
 }  // namespace
@@ -57,30 +39,41 @@ TEST(Proof, RefusesArchivesThatWouldLoseSomething) {
     const std::wstring bitmaps = L"\"content/data/Bitmaps.dat\"";
     const std::wstring mimetype = L"\"mimetype\"";
     constexpr std::uint32_t kAll = 0xFFFFFFFF;
+    const Bytes good = document();
+    const std::size_t local = localHeader(good, kBitmaps);
+    const std::size_t first = centralHeader(good, "mimetype");
+    const std::size_t second = centralHeader(good, kBitmaps);
+    const std::size_t preview = centralHeader(good, "previews/page1.png");
+    const std::size_t count = good.size() - zip::kEndSize + zip::kEndTotalEntries;
+    const auto with = [&](std::size_t at, std::uint32_t value) {
+        Bytes image = good;
+        value > 0xFFFF ? writeU32(image, at, value) : writeU16(image, at, value);
+        return image;
+    };
     const std::pair<Bytes, std::wstring> cases[] = {
-        {document(), L""},
-        {with(true, kBitmaps, zip::kCentralCompressedSize, kAll), bitmaps + zip64},
-        {with(true, kBitmaps, zip::kCentralUncompressedSize, kAll), bitmaps + zip64},
-        {with(true, kBitmaps, zip::kCentralLocalOffset, kAll), bitmaps + zip64},
-        {with(true, kBitmaps, zip::kCentralFlags, 0x0801), bitmaps + L" is encrypted"},
-        {with(false, kBitmaps, zip::kLocalFlags, 0x0801), bitmaps + L" is encrypted"},
-        {with(false, kBitmaps, 0, 0x4B51), bitmaps + noData},
-        {with(true, kMimetype, zip::kCentralCompressedSize, 2000), mimetype + noData},
-        {with(true, kMimetype, zip::kCentralUncompressedSize, 2), mimetype + sum},
-        {with(true, kMimetype, zip::kCentralCrc, otherSum(kMimetype)), mimetype + sum},
-        {with(true, kBitmaps, zip::kCentralCrc, otherSum(kBitmaps)), bitmaps + sum},
-        {with(true, kBitmaps, zip::kCentralUncompressedSize, 301), bitmaps + sum},
-        {with(true, kBitmaps, zip::kCentralMethod, 12), bitmaps + headers},
-        {with(true, kBitmaps, zip::kCentralSize, 'C' | 'o' << 8),
+        {good, L""},
+        {with(second + zip::kCentralCompressedSize, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralUncompressedSize, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralLocalOffset, kAll), bitmaps + zip64},
+        {with(second + zip::kCentralFlags, 0x0801), bitmaps + L" is encrypted"},
+        {with(local + zip::kLocalFlags, 0x0801), bitmaps + L" is encrypted"},
+        {with(local, 0x4B51), bitmaps + noData},
+        {with(first + zip::kCentralCompressedSize, 2000), mimetype + noData},
+        {with(first + zip::kCentralUncompressedSize, 2), mimetype + sum},
+        {with(first + zip::kCentralCrc, 0), mimetype + sum},
+        {with(second + zip::kCentralCrc, 0), bitmaps + sum},
+        {with(second + zip::kCentralUncompressedSize, 301), bitmaps + sum},
+        {with(second + zip::kCentralMethod, 12), bitmaps + headers},
+        {with(second + zip::kCentralSize, 'C' | 'o' << 8),
          L"\"Content/data/Bitmaps.dat\"" + headers},
-        {with(true, kMetadata, 0, 0x4B51), directory},
-        {with(true, kPreview, zip::kCentralCommentLength, 1), directory},
-        {counting(kLast - 1), directory},
-        {counting(kLast + 1), directory},
+        {with(centralHeader(good, "META-INF/metadata.xml"), 0x4B51), directory},
+        {with(preview + zip::kCentralCommentLength, 1), directory},
+        {with(count, 4), directory},
+        {with(count, 6), directory},
         // A chunk whose size passes the end of its stream: what it held cannot be told.
-        {document(stream(2, joined({bytesOf("loda\xFF"), Bytes(7, 0)}))),
+        {document(stream(2, chunk("loda", "too long").substr(0, 12))),
          L"\"content/root.dat\" would lose more than it should"},
-        {document(stream(2, Bytes(1, 7))), L""},
+        {document(stream(2, "x")), L""},
     };
     const std::wstring path = L"plan.cdr";
     for (const auto& [image, detail] : cases) {
@@ -100,53 +93,43 @@ TEST(Proof, RefusesArchivesThatWouldLoseSomething) {
 // Images that a faulty editor or writer would leave behind.
 TEST(Proof, FindsWhatIsMissing) {
     const Bytes palette = bytesOf("<p><colors><color /></colors><keep/></p>");
-    const Bytes cleared = bytesOf("<p><colors><page></page></colors><keep/></p>");
     const TestEntry drawing = {"content/root.dat", stream(0), false};
-    const TestEntry inks = {"docPalette.xml", cleared, false};
+    const TestEntry inks = {"docPalette.xml",
+                            bytesOf("<p><colors><page></page></colors><keep/></p>"), false};
     const TestEntry bitmaps = {"Bitmaps.dat", Bytes(300, 'b')};
-    const TestEntry other = {"Bitmaps.dat", Bytes(300, 'c')};
-    const TestEntry renamed = {"bitmaps.dat", Bytes(300, 'b')};
     ZipArchive archive;
     archive.openFromBytes(
         zipImage({{"content/root.dat", stream(2)}, {"docPalette.xml", palette}, bitmaps}));
     archive.replaceEntry(L"content/root.dat", drawing.contents);
-    archive.replaceEntry(L"docPalette.xml", cleared);
+    archive.replaceEntry(L"docPalette.xml", inks.contents);
     const Inventory before = takeInventory(archive);
-    EXPECT_EQ(before.defect, L"");
     const std::vector<Rewritten> rewritten = {{L"content/root.dat", stream(2)},
                                               {L"docPalette.xml", palette}};
     const auto loss = [&](const std::vector<TestEntry>& entries) {
         return findLoss(before, rewritten, zipImage(entries));
     };
-    const auto withStream = [&](const Bytes& contents) {
-        return loss({{"content/root.dat", contents, false}, inks, bitmaps});
-    };
-    const auto withPalette = [&](const char* text) {
-        return loss({drawing, {"docPalette.xml", bytesOf(text), false}, bitmaps});
-    };
-    EXPECT_EQ(loss({drawing, inks, bitmaps}), L"");
     EXPECT_EQ(findLoss(before, rewritten, repack(archive)), L"");
-    EXPECT_EQ(loss({drawing, inks}), L"entries would be lost");
-    EXPECT_EQ(loss({drawing, inks, other}), L"\"Bitmaps.dat\" would not be kept as it is");
-    EXPECT_EQ(loss({drawing, inks, renamed}), L"\"bitmaps.dat\" would not be kept as it is");
-    EXPECT_EQ(loss({inks, drawing, bitmaps}), L"\"docPalette.xml\" would not be kept as it is");
     EXPECT_EQ(findLoss(before, rewritten, {}), L"the new archive cannot be read");
+    EXPECT_EQ(loss({drawing, inks, bitmaps}), L"");
+    EXPECT_EQ(loss({drawing, inks}), L"entries would be lost");
+    EXPECT_EQ(loss({drawing, inks, {"Bitmaps.dat", Bytes(300, 'c')}}),
+              L"\"Bitmaps.dat\" would not be kept as it is");
+    EXPECT_EQ(loss({drawing, inks, {"bitmaps.dat", bitmaps.contents}}),
+              L"\"bitmaps.dat\" would not be kept as it is");
+    EXPECT_EQ(loss({inks, drawing, bitmaps}), L"\"docPalette.xml\" would not be kept as it is");
 
-    const std::wstring lossOfStream = L"\"content/root.dat\" would lose more than it should";
-    Bytes wrongSize = stream(0);
+    Bytes wrongSize = stream(0), retyped = stream(0), changed = stream(0);
     wrongSize[4] ^= 2;
-    const Bytes shorter = riff("CDRR", {chunk("fver", Bytes(16, 0))});
-    const Bytes changed =
-        riff("CDRR", {chunk("fver", Bytes(16, 0)),
-                      list("doc ", {list("bmkt", {chunk("loda", bytesOf("ods"))})})});
-    const Bytes retyped =
-        riff("CDRR", {chunk("fver", Bytes(16, 0)),
-                      list("doc ", {list("bmkx", {chunk("loda", bytesOf("odd"))})})});
-    const Bytes longer = stream(0, Bytes(4, 0));
-    for (const Bytes& each : {wrongSize, shorter, changed, retyped, longer, stream(1), Bytes()})
-        EXPECT_EQ(withStream(each), lossOfStream);
-    const std::wstring lossOfPalette = L"\"docPalette.xml\" would lose more than it should";
-    EXPECT_EQ(withPalette("<p><colors><page></page></colors><keeq/></p>"), lossOfPalette);
-    EXPECT_EQ(withPalette("<p><colors><page></xage></colors><keep/></p>"), lossOfPalette);
-    EXPECT_EQ(withPalette("<q><colors><page></page></colors><keep/></p>"), lossOfPalette);
+    retyped[std::size(retyped) - 13] ^= 1;
+    changed[std::size(changed) - 2] ^= 1;
+    const Bytes longer = stream(0, std::string(4, '\0'));
+    const Bytes shorter = riff("CDRR", chunk("fver", std::string(16, 'f')));
+    for (const Bytes& each : {wrongSize, retyped, changed, longer, shorter, stream(1), Bytes()})
+        EXPECT_EQ(loss({{"content/root.dat", each, false}, inks, bitmaps}),
+                  L"\"content/root.dat\" would lose more than it should");
+    for (const char* text : {"<p><colors><page></page></colors><keeq/></p>",
+                             "<p><colors><page></xage></colors><keep/></p>",
+                             "<q><colors><page></page></colors><keep/></p>"})
+        EXPECT_EQ(loss({drawing, {"docPalette.xml", bytesOf(text), false}, bitmaps}),
+                  L"\"docPalette.xml\" would lose more than it should");
 }

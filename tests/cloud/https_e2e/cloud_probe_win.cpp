@@ -1,31 +1,31 @@
-// A console stand-in for the window: sends one request to the server that the test names.
-//   mirelo_cloud_probe HOST PORT METHOD PATH [BODY]
-// Prints how long the caller was held, in milliseconds, and the answer behind a line feed; then
-// goes on living, as a window does, until its input ends.
+// A console stand-in for the window: sends a request for each line of its input,
+//   PORT METHOD PATH BODY
+// to this machine, and prints how long the caller was held, in milliseconds, and the answer's size
+// and text. It goes on living, as a window does, until its input ends.
 #include <windows.h>
 
 #include <fcntl.h>
 #include <io.h>
 
 #include <cstdio>
-#include <cwchar>
+#include <iostream>
 #include <string>
 
 #include "base/text.h"
 #include "cloud/https_win.h"
 
-int wmain(int count, wchar_t** arguments) {
-    if (count < 5) return 2;
+int main() {
+    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
-    const HttpsEndpoint endpoint{
-        arguments[1], static_cast<std::uint16_t>(std::wcstoul(arguments[2], nullptr, 10))};
-    const std::string body = count > 5 ? utf8FromWide(arguments[5]) : std::string();
-    const ULONGLONG start = GetTickCount64();
-    const std::string answer = HttpsRequestTo(endpoint, arguments[3], arguments[4], body);
-    std::printf("%llu %zu\n", GetTickCount64() - start, answer.size());
-    std::fwrite(answer.data(), 1, answer.size(), stdout);
-    std::fflush(stdout);
-    while (std::getchar() != EOF) {
+    HttpsEndpoint endpoint{L"localhost"};
+    std::string method, path, body;
+    while (std::cin >> endpoint.port >> method >> path && std::cin.ignore() &&
+           std::getline(std::cin, body)) {
+        const ULONGLONG start = GetTickCount64();
+        const std::string answer =
+            HttpsRequestTo(endpoint, wideFromUtf8(method), wideFromUtf8(path), body);
+        std::cout << GetTickCount64() - start << ' ' << answer.size() << '\n'
+                  << answer << std::flush;
     }
     return 0;
 }
