@@ -66,7 +66,6 @@ TEST(CaptureNow, ReportsAnUnmatchedSuspectAndTheEvidence) {
     EXPECT_EQ(desk.press(), told + L".\n\n");
     desk.press();
     EXPECT_EQ(desk.press(), told + L"; at the same place as 4 s ago.\n\n");
-    // What may be submitted.
     EXPECT_EQ(desk.last.frames[0].function, L"OnMouse");
     EXPECT_EQ(desk.last.category, FrameCategory::thirdParty);
     EXPECT_EQ(desk.last.version, L"25.0.0.230");

@@ -25,7 +25,6 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
         std::string matched;  // empty: none
         std::vector<SignatureRule> rules;
     } cases[] = {
-        {"", {}},
         {"any", {any, Rule("second", L"", L"")}},
         {"late", {any, Rule("late", L"", L"enumPRINTERS")}},
         {"a", {any, Rule("a", L"ACME", L""), Rule("b", L"", L"Ask")}},
@@ -42,7 +41,7 @@ TEST(MatchRules, TakesTheFirstRuleThatFitsPatternsFirst) {
     for (const auto& [matched, rules] : cases) {
         const SignatureRuleBase base{rules, 0};
         const Diagnosis diagnosis = MatchRules(base, {print, frames[1], L"AcmeSpool"}, frames);
-        const char* name = rules.empty() ? "no rules" : rules[0].id.c_str();
+        const std::string& name = rules[0].id;
         ASSERT_EQ(diagnosis.rule != nullptr, diagnosis.matched) << name;
         EXPECT_EQ(diagnosis.matched ? diagnosis.rule->id : "", matched) << name;
         EXPECT_EQ(diagnosis.title, diagnosis.matched ? L"" : L"Likely a print subsystem issue");

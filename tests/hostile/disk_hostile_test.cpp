@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include "base/files/tool_folder_win.h"
 #include "cloud/cache_file_win.h"
+#include "fixes/cleanup/cleanup_win.h"
 #include "slim/slim_document.h"
 #include "slim/slim_files_win.h"
 #include "tests/base/files/staged_folder_win.h"
@@ -70,6 +72,16 @@ TEST(HostileDisk, IsWaitedForWhileAnotherProgramHoldsTheFile) {
         return INVALID_HANDLE_VALUE;
     });
     EXPECT_TRUE(document.slim().ok);
+}
+
+TEST(HostileDisk, OfADeadServerIsNotWaitedFor) {
+    static const HANDLE released = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const Staged dead(SHGetFolderPathWImitation, [](auto...) {
+        WaitForSingleObject(released, 60000);
+        return E_FAIL;
+    });
+    EXPECT_EQ(toolFolder() + UserFolders().context().homes.local, L"");
+    SetEvent(released);
 }
 
 TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {

@@ -85,8 +85,7 @@ FARPROC procedure(Function* function) {
     return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
 }
 
-// Some of the compiler's headers call not through the import but through the import library's stub,
-// so the stub is there too.
+// Some of the compiler's headers call through the import library's stub, so that is there too.
 #define IMITATE(library, name)                                                                     \
     inline constinit Imitation<decltype(::name)> name##Imitation(library, #name);                  \
     extern "C" {                                                                                   \

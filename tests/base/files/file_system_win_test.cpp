@@ -90,7 +90,6 @@ TEST_F(WindowsFiles, TouchesNothingThroughALinkOrOutside) {
     const std::wstring fileLink = base + L"\\file-link";
     ASSERT_TRUE(MakeLink(fileLink, outside + L"\\victim.bin", 0));
     EXPECT_EQ(files.rename(fileLink, base + L"\\x", nullptr).outcome, FileOutcome::link);
-    // A folder whose name only begins like the base is not below it.
     EXPECT_EQ(files.inspect(base + L"-not\\x").result.outcome, FileOutcome::outside);
     EXPECT_EQ(ReadStaged(outside + L"\\victim.bin"), "victim");
 }

@@ -26,21 +26,19 @@ struct Transfer {
 }  // namespace
 
 TEST(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
-    Transfer transfer;
-    FakeFileSystem& files = transfer.files;
-    files.spoilsWriting = true;
-    EXPECT_EQ(transfer.run(), FileOutcome::changed);
-    files.spoilsWriting = false;
+    Transfer spoiled;
+    spoiled.files.spoilsWriting = true;
+    EXPECT_EQ(spoiled.run(), FileOutcome::changed);
+    EXPECT_EQ(spoiled.at(kFrom) + spoiled.at(kTo), "contents");
     // Others write to the original just before it would be removed, and to what took its place.
     for (const bool isCopyTheirs : {false, true}) {
-        files.beforeRemoving = [&] {
-            if (files.find(kTo) == nullptr) return;
-            files.find(kFrom)->contents = "newer";
-            if (isCopyTheirs) files.find(kTo)->contents = "newest";
+        Transfer transfer;
+        transfer.files.beforeRemoving = [&] {
+            transfer.files.add(kFrom, "newer");
+            if (isCopyTheirs) transfer.files.add(kTo, "newest");
         };
         EXPECT_EQ(transfer.run(), FileOutcome::changed);
         EXPECT_EQ(transfer.at(kFrom) + transfer.at(kTo), isCopyTheirs ? "newernewest" : "newer");
-        files.find(kFrom)->contents = "contents";
     }
 }
 

@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::uint64_t kEightGiB = 8589934592;
 
-// A user's desk: the button, and a spooler that may refuse.
 struct Desk {
     FakeHost fake;
     bool refuse = false;
