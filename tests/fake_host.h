@@ -1,6 +1,8 @@
 // The program around an action: keeps what it was told and answers every question alike.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -26,7 +28,6 @@ struct FakeHost {
         };
     }
 
-    /// All lines, each followed by a line feed.
     [[nodiscard]] std::wstring report() const {
         std::wstring whole;
         for (const std::wstring& line : lines)
@@ -34,3 +35,12 @@ struct FakeHost {
         return whole;
     }
 };
+
+inline bool holds(const std::wstring& text, const std::wstring& part) {
+    return text.find(part) != std::wstring::npos;
+}
+
+inline void expectParts(const std::wstring& text, const std::vector<std::wstring>& parts) {
+    for (const std::wstring& part : parts)
+        EXPECT_TRUE(holds(text, part)) << part << " is not in: " << text;
+}

@@ -1,4 +1,3 @@
-// What is told of a hang beside its diagnosis.
 #include "diagnosis/evidence.h"
 
 #include <gtest/gtest.h>
@@ -20,22 +19,19 @@ const StackFrame kDriver = Frame(L"acmeprint", L"", L"C:\\acmeprint.dll");
 const StackFrame kHook = Frame(L"hook", L"OnMouse", L"C:\\hook.dll");
 const StackFrame kCore = Frame(L"coreldrw", L"Save", L"C:\\CorelDRW.exe");
 
-// Everything on W: belongs to Windows.
-const auto kIsWindows = [](const std::wstring& path) { return path.starts_with(L"W:"); };
-const EvidenceFiles kFiles{{kIsWindows, kIsWindows}, [](const std::wstring& path) -> FileFacts {
-                               if (path == kPlugin.imagePath)
-                                   return {L" Holder Tools ", L"2.1", L"Example Ltd"};
-                               if (path == kDriver.imagePath) return {L"", L"7", L""};
-                               if (path == kHook.imagePath)
-                                   return {std::wstring(101, L'x'), L"", L"Hooks"};
-                               return {};
-                           }};
-
 using Lines = std::vector<std::wstring>;
 
-// The lines without their common beginning.
+// Everything on W: belongs to Windows.
+const SystemFiles kSystem{[](const std::wstring& path) { return path.starts_with(L"W:"); },
+                          [](const std::wstring&) { return true; }};
+
 Lines Told(const HangEvidence& evidence) {
-    Lines lines = EvidenceLines(evidence, kFiles);
+    const auto facts = [](const std::wstring& path) -> FileFacts {
+        if (path == kPlugin.imagePath) return {L" Holder Tools ", L"2.1", L"Example Ltd"};
+        if (path == kHook.imagePath) return {std::wstring(101, L'x'), L"", L"Hooks"};
+        return {L"", L"7", L""};
+    };
+    Lines lines = EvidenceLines(evidence, {kSystem, facts});
     for (std::wstring& line : lines)
         line.erase(0, std::wcslen(L"[Evidence] "));
     return lines;
@@ -45,7 +41,7 @@ HangEvidence Captured(std::vector<StackFrame> frames) {
     HangEvidence evidence;
     evidence.pid = kPid;
     evidence.frames = std::move(frames);
-    evidence.suspect = FindSuspect(evidence.frames, kFiles.system);
+    evidence.suspect = FindSuspect(evidence.frames, kSystem);
     return evidence;
 }
 
@@ -64,12 +60,11 @@ TEST(Evidence, TellsStuckFromWorking) {
         frame.address = address;
         return HangPlace{kPid, kMain, {frame}, 88'400'000, seenUs};
     };
-    const StackFrame nameless = Frame(L"hook");
+    const StackFrame hook = Frame(L"hook");
     const HangPlace now = place(kCore, 1, 100'000'000);
     const struct {
         std::optional<unsigned> percent;
-        HangPlace place;
-        HangPlace earlier;
+        HangPlace place, earlier;
         std::wstring line;
     } cases[] = {
         {10, now, {}, L"computing part of the time (10 % of one core) during the capture."},
@@ -77,10 +72,7 @@ TEST(Evidence, TellsStuckFromWorking) {
          L"computing (97 % of one core) during the capture; at the same place as 12 s ago."},
         {9, now, place(Frame(L"coreldrw", L"Load"), 1, 60'500'000),
          L"waiting, 9 % of a core during the capture; moving: at another place than 40 s ago."},
-        {{},
-         place(nameless, 0, 1),
-         place(nameless, 6, 0),
-         L"moving: at another place than 1 s ago."},
+        {{}, place(hook, 0, 1), place(hook, 6, 0), L"moving: at another place than 1 s ago."},
     };
     for (const auto& c : cases) {
         HangEvidence evidence;
@@ -89,67 +81,39 @@ TEST(Evidence, TellsStuckFromWorking) {
         evidence.earlier = c.earlier;
         EXPECT_EQ(Told(evidence), Lines{L"Main thread: " + c.line});
     }
-    const std::vector<StackFrame> stack = {kWait, kCore, kHook};
-    EXPECT_EQ(FramesToSuspect(stack, Captured(stack).suspect).size(), 2U);
 }
 
-TEST(Evidence, ShowsTheFileToLookAt) {
-    const StackFrame spooler = Frame(L"winspool", L"Print", L"W:\\winspool.drv");
-    const struct {
-        std::size_t above;
-        StackFrame frame;
-        Lines lines;
-    } cases[] = {
-        {0, kDriver, {L"Suspect: acmeprint.dll, frame 1: version 7, C:\\acmeprint.dll"}},
-        {1,
-         kHook,
-         {L"Suspect: hook.dll, frame 2: " + std::wstring(100, L'x') +
-          L"... (Hooks), C:\\hook.dll"}},
-        {7, spooler, {}},
-        {8, spooler, {L"Suspect: winspool.drv, frame 9."}},
-        {3, kWait, {}},
-    };
-    for (const auto& c : cases) {
-        std::vector<StackFrame> frames(c.above, kWait);
-        frames.push_back(c.frame);
-        EXPECT_EQ(Told(Captured(frames)), c.lines);
-    }
-}
-
-TEST(Evidence, ShowsThreadsWorthALook) {
-    HangEvidence evidence = Captured({kWait});
+TEST(Evidence, ShowsTheFileToLookAtAndThreadsWorthALook) {
+    std::vector<StackFrame> frames(8, kWait);
+    frames.push_back(kHook);
+    HangEvidence evidence = Captured(frames);
     evidence.waits = WaitsForThread(9);
-    evidence.otherThreads = {{1, {kWait, kHook}},   {2, {kWait, kCore}}, {3, {kHook}},
-                             {4, {kWait, kPlugin}}, {5, {kDriver}},      {6, {Frame(L"", L"Made")}},
-                             {9, {kWait}}};
-    const Lines lines = Told(evidence);
-    ASSERT_EQ(lines.size(), 5U)
-        << "nothing of CorelDRAW, nothing without a file, each function once";
-    EXPECT_EQ(lines[1], L"Thread 9 is in ntdll.dll!NtWaitForSingleObject.");
-    EXPECT_EQ(lines[2],
-              L"Thread 4 is in holder.cpg!Hold: Holder Tools 2.1 (Example Ltd), "
-              L"C:\\p\\holder.cpg");
-    EXPECT_EQ(lines[3], L"Thread 5 is in acmeprint.dll!(no symbol): version 7, C:\\acmeprint.dll");
-    EXPECT_TRUE(lines[4].starts_with(L"Thread 1 is in hook.dll!OnMouse: x"));
-
+    evidence.otherThreads = {{1, {kWait, kDriver}}, {2, {kWait, kCore}},        {3, {kDriver}},
+                             {4, {kWait, kPlugin}}, {6, {Frame(L"", L"Made")}}, {9, {kWait}}};
+    // Nothing of CorelDRAW, nothing without a file, each function once.
+    EXPECT_EQ(Told(evidence),
+              (Lines{L"Suspect: hook.dll, frame 9: " + std::wstring(100, L'x') +
+                         L"... (Hooks), C:\\hook.dll",
+                     L"Waits for thread 9 of the same process, which holds a mutex.",
+                     L"Thread 9 is in ntdll.dll!NtWaitForSingleObject.",
+                     L"Thread 4 is in holder.cpg!Hold: Holder Tools 2.1 (Example Ltd), "
+                     L"C:\\p\\holder.cpg",
+                     L"Thread 1 is in acmeprint.dll!(no symbol): version 7, C:\\acmeprint.dll"}));
     for (std::uint32_t id = 10; id < 30; ++id)
         evidence.otherThreads.push_back({id, {Frame(L"hook", std::to_wstring(id).c_str())}});
-    EXPECT_EQ(Told(evidence).size(), 1 + kMostThreadLines);
+    EXPECT_EQ(Told(evidence).size(), 2 + kMostThreadLines);
 }
 
 TEST(Evidence, IsGatheredWithinItsLimits) {
-    std::vector<std::uint32_t> visited;
+    std::vector<std::uint32_t> visited, all(100);
+    std::iota(all.begin(), all.end(), 1U);
     unsigned pausedMs = 0;
     EvidenceSensors sensors;
     sensors.moment = [&](std::uint32_t) { return ThreadMoment{1000U * pausedMs, 500U * pausedMs}; };
     sensors.pause = [&](unsigned ms) { pausedMs += ms; };
     sensors.isGeneratedCode = [](std::uint32_t, std::uint64_t address) { return address == 77; };
     sensors.waitChain = [](std::uint32_t) { return WaitsForThread(99); };
-    sensors.threadsOf = [](std::uint32_t) {
-        std::vector<std::uint32_t> ids(100);
-        std::iota(ids.begin(), ids.end(), 1U);
-        return ids;
-    };
+    sensors.threadsOf = [&](std::uint32_t) { return all; };
     sensors.captureThreads = [&](std::uint32_t, const std::vector<std::uint32_t>& ids) {
         visited = ids;
         return std::vector<ThreadStack>();

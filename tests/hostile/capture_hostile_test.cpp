@@ -1,26 +1,27 @@
-// Captures on a Windows whose functions fail, crash and block: whatever happens, the target goes
-// on.
+// Whatever fails, crashes and blocks in a capture, the target goes on.
 #include <windows.h>
 
 #include <dbghelp.h>
 #include <gtest/gtest.h>
 #include <process.h>
-#include <psapi.h>
+#include <wct.h>
 
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <sstream>
-#include <string>
+#include <string_view>
 #include <tuple>
 
 #include "diagnosis/classify.h"
+#include "diagnosis/evidence_sensors_win.h"
 #include "diagnosis/stack_capture_win.h"
 #include "diagnosis/system_files_win.h"
+#include "diagnosis/wait_chain_win.h"
 #include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 
+IMITATE("kernel32.dll", GetProcAddress);
 IMITATE("kernel32.dll", GetProcessIdOfThread);
 IMITATE("kernel32.dll", GetThreadContext);
 IMITATE("kernel32.dll", GetTickCount64);
@@ -43,8 +44,7 @@ constexpr const wchar_t* kWalkFailed =
 
 // All captures are of one hanging program, whose thread the test holds once itself: a resume that
 // is missing shows as well as one too many. The debug-help library finds no module by itself.
-class HostileCapture : public ::testing::Test {
-  protected:
+struct HostileCapture : testing::Test {
     static void SetUpTestSuite() { all = std::make_unique<All>(); }
     static void TearDownTestSuite() { all.reset(); }
     void TearDown() override { expectToGoOn(); }
@@ -181,9 +181,8 @@ TEST_F(HostileCapture, LeavesSymbolsOnOtherMachinesAlone) {
 
 // Run by the test below in a process of its own.
 TEST(DISABLED_Mirelo, DiesWhileItHoldsTheThread) {
-    std::istringstream victim(std::getenv("MIRELO_VICTIM"));
     DWORD pid = 0, threadId = 0, way = 0;
-    victim >> pid >> threadId >> way;
+    std::istringstream(std::getenv("MIRELO_VICTIM")) >> pid >> threadId >> way;
     // Instead of the system's box or debugger.
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG {
         TerminateProcess(GetCurrentProcess(), 3);
@@ -213,34 +212,6 @@ TEST_F(HostileCapture, SurvivesTheEndOfMirelo) {
     }
 }
 
-TEST(Capture, FindsWhatHangsAndLetsItGoOn) {
-    constexpr const wchar_t* kSystem = L"System-level wait (submit to analyze further)";
-    const struct {
-        const wchar_t *way, *suspect, *function;
-    } cases[] = {{L"print", L"acmeprintdrv", L"AskPrinterForTrays"},
-                 {L"deep-stack", L"coreldrw", L"OpenGroup"},
-                 {L"system-wait", kSystem, nullptr}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.way);
-        const PracticeProcess practice(c.way);
-        const CdrInstance target = practice.listed();
-        const CaptureResult capture = CaptureMainThreadStack(target.pid, target.mainThreadId);
-        EXPECT_EQ(SuspendCount(target.mainThreadId), 0U);
-        const SuspectFrame suspect = FindSuspect(capture.frames, kSystemFiles);
-        EXPECT_EQ(suspect.module, c.suspect);
-        if (c.function != nullptr) {
-            EXPECT_EQ(suspect.frame.function, c.function);
-            EXPECT_LT(suspect.frame.displacement - 1, 255U);
-            EXPECT_GT(suspect.frame.line, 0U);
-            EXPECT_EQ(suspect.frame.imagePath.find(PracticeProgram().parent_path().wstring()), 0U);
-        }
-        const bool isWhole = capture.frames.back().function == L"RtlUserThreadStart";
-        EXPECT_EQ(isWhole, capture.frames.size() != 64) << capture.frames.size();
-        practice.signal(L"release");
-        EXPECT_TRUE(practice.await(L"released"));
-    }
-}
-
 TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
     PracticeProcess practice(L"late-plugin");
     const CdrInstance target = practice.listed();
@@ -250,6 +221,7 @@ TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
     };
     const SuspectFrame early = suspect();
     EXPECT_EQ(early.module, L"screenhook");
+    EXPECT_EQ(early.frame.imagePath, PracticeProgram().replace_filename(L"screenhook.dll"));
     practice.signal(L"next");
     ASSERT_TRUE(practice.await(L"ready2"));
     const SuspectFrame late = suspect();
@@ -259,4 +231,59 @@ TEST(Capture, KnowsWhatTookTheBaseOfWhatWasUnloaded) {
 
     practice.end();
     EXPECT_FALSE(CaptureMainThreadStack(target.pid, target.mainThreadId).ok);
+}
+
+TEST(HostileEvidence, ReadsWaitChainsAsFarAsWindowsTellsThem) {
+    static DWORD toldCount = 3;
+    const auto chainOf = [](HWCT, DWORD_PTR, DWORD flags, DWORD threadId, DWORD* count,
+                            WAITCHAIN_NODE_INFO* nodes, BOOL* isCircle) -> BOOL {
+        EXPECT_EQ(flags, 7U) << "across processes, COM and critical sections included";
+        for (DWORD i = 0; i < *count; ++i) {
+            nodes[i].ObjectType = WctThreadType;
+            nodes[i].ThreadObject = {GetCurrentProcessId(), threadId + i, 0, 0};
+        }
+        nodes[1].ObjectType = WctMutexType;
+        nodes[1].ObjectStatus = WctStatusAbandoned;
+        std::fill_n(nodes[1].LockObject.ObjectName, WCT_OBJNAME_LENGTH, L'm');
+        nodes[1].LockObject.Timeout.QuadPart = -1;
+        *count = toldCount;
+        return *isCircle = TRUE;
+    };
+    const Staged offers(GetProcAddressImitation, [&](HMODULE module, LPCSTR name) {
+        const std::string_view asked = IS_INTRESOURCE(name) ? "" : name;
+        if (asked == "OpenThreadWaitChainSession")
+            return procedure(+[](DWORD, PWAITCHAINCALLBACK) -> HWCT { return &toldCount; });
+        if (asked == "CloseThreadWaitChainSession") return procedure(+[](HWCT) {});
+        if (asked == "GetThreadWaitChain") return procedure(+chainOf);
+        return GetProcAddressImitation.real(module, name);
+    });
+    const WaitChain chain = ReadWaitChain(7, kLimitMs);
+    ASSERT_EQ(chain.nodes.size(), 3U);
+    EXPECT_TRUE(chain.isCircle);
+    EXPECT_EQ(chain.nodes[0].program, L"mirelo_hostile_tests.exe");
+    EXPECT_EQ(chain.nodes[1].status, WaitStatus::abandoned);
+    EXPECT_EQ(chain.nodes[1].name, std::wstring(128, L'm')) << "a name need not end";
+    toldCount = 4000;
+    EXPECT_EQ(ReadWaitChain(7, kLimitMs).nodes.size(), 16U);
+}
+
+TEST(HostileEvidence, LetsEveryThreadGo) {
+    const PracticeProcess practice(L"lock-held");
+    const CdrInstance target = practice.listed();
+    const auto threads = SystemEvidence().threadsOf(target.pid);
+    const auto capture = [&] { CaptureMainThreadStack(target.pid, target.mainThreadId); };
+    const auto stacks = [&] {
+        const auto walked = CaptureThreadStacks(target.pid, threads, kLimitMs);
+        EXPECT_EQ(practice.heldThreads(), 0);
+        return walked.size();
+    };
+    capture();
+    EXPECT_TRUE(CaptureThreadStacks(target.pid, threads, 0).empty());
+    {
+        const Staged crashing(StackWalk64Imitation, crashes);
+        EXPECT_EQ(stacks(), 0U);
+    }
+    EXPECT_EQ(stacks(), 0U) << "what a crash left of the registration is not to be trusted";
+    capture();
+    EXPECT_EQ(stacks(), threads.size());
 }

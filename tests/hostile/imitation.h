@@ -1,10 +1,8 @@
 // Windows as it seldom is: functions that the product imports, imitated for the length of a test.
-//
 // The linker takes a definition of `__imp_Name` from a test's object before it looks into the
 // import library, so the product's unchanged objects call the test. At namespace level stands
 //   IMITATE("kernel32.dll", GetThreadContext);
-// and in a test, until the end of the scope:
-//   const Staged failing(GetThreadContextImitation, fails);
+// and in a test, for a scope: const Staged failing(GetThreadContextImitation, fails);
 // Whatever is not staged does what Windows does. The test's own calls are imitated too.
 #pragma once
 
@@ -24,12 +22,9 @@ class Imitation;
 template <typename Result, typename... Arguments>
 class Imitation<Result(Arguments...)> {
   public:
-    using Function = Result(Arguments...);
-
     /// Ready before the first constructor runs: the runtime's own start is imitated too.
     constexpr Imitation(const char* library, const char* name) : library_(library), name_(name) {}
 
-    /// What Windows does.
     Result real(Arguments... arguments) {
         if (real_ == nullptr) {
             // Not by GetProcAddress, which may be imitated itself.
@@ -41,24 +36,18 @@ class Imitation<Result(Arguments...)> {
         return real_(arguments...);
     }
 
-    Result call(Arguments... arguments) {
-        return instead != nullptr ? (*instead)(arguments...) : real(arguments...);
+    template <Imitation& imitation>
+    static Result entry(Arguments... arguments) {
+        if (imitation.instead == nullptr) return imitation.real(arguments...);
+        return (*imitation.instead)(arguments...);
     }
 
-    const std::function<Function>* instead = nullptr;
+    const std::function<Result(Arguments...)>* instead = nullptr;
 
   private:
     const char* library_;
     const char* name_;
-    Function* real_ = nullptr;
-};
-
-template <auto& imitation, typename Function>
-struct Entry;
-
-template <auto& imitation, typename Result, typename... Arguments>
-struct Entry<imitation, Result(Arguments...)> {
-    static Result call(Arguments... arguments) { return imitation.call(arguments...); }
+    Result (*real_)(Arguments...) = nullptr;
 };
 
 /// Puts a function in Windows' place for as long as it lives; one staged inside another comes
@@ -96,13 +85,12 @@ FARPROC procedure(Function* function) {
     return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
 }
 
-// Some of the compiler's headers call not through the import but through the import library's stub,
-// so the stub is there too.
-#define IMITATE(library, name)                                                                  \
-    inline constinit Imitation<decltype(::name)> name##Imitation(library, #name);               \
-    extern "C" {                                                                                \
-    __declspec(selectany) const void* __imp_                                                    \
-        ##name = reinterpret_cast<const void*>(Entry<name##Imitation, decltype(::name)>::call); \
-    }                                                                                           \
-    asm(".section .text$imitated_" #name ",\"x\"\n.linkonce discard\n.globl " #name "\n" #name  \
+// Some of the compiler's headers call through the import library's stub, so that is there too.
+#define IMITATE(library, name)                                                                     \
+    inline constinit Imitation<decltype(::name)> name##Imitation(library, #name);                  \
+    extern "C" {                                                                                   \
+    __declspec(selectany) const void* __imp_                                                       \
+        ##name = reinterpret_cast<const void*>(decltype(name##Imitation)::entry<name##Imitation>); \
+    }                                                                                              \
+    asm(".section .text$imitated_" #name ",\"x\"\n.linkonce discard\n.globl " #name "\n" #name     \
         ": jmp *__imp_" #name "(%rip)\n.text")

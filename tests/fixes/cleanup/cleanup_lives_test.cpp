@@ -9,8 +9,7 @@
 
 namespace {
 
-class Life {
-  public:
+struct Life {
     explicit Life(unsigned seed) : random_(seed), stage_(seed % 2 == 0 ? kNear : kFar) {
         // A few files are enough, and each life tells others apart.
         for (const StagedFile& file : kStagedFiles) {
@@ -34,8 +33,8 @@ class Life {
         for (const std::wstring& path : paths_)
             if (auto* node = stage_.files.find(path)) node->isInUse = false;
         stage_.files.freeOnD = 1'000'000;
-        while (stage_.restore().find(L"put back from") != std::wstring::npos)
-            ;
+        while (holds(stage_.restore(), L"put back from")) {
+        }
         ASSERT_TRUE(std::ranges::includes(stage_.contents(), owned_));
         for (const std::wstring& path : paths_)
             EXPECT_TRUE(stage_.files.find(path) != nullptr || isGone_.contains(path));
@@ -48,38 +47,25 @@ class Life {
         const std::wstring& path = paths_[below(static_cast<unsigned>(paths_.size()))];
         FakeFileSystem& files = stage_.files;
         auto* node = files.find(path);
-        switch (event) {
-            case 0:
-                stage_.isKilled(killStep(), [&] { stage_.press(CleanUp); });
-                return;
-            case 1:
-                stage_.isKilled(killStep(), [&] { stage_.restore(); });
-                return;
-            case 2:  // new work, of the same size and time half of the time
-                if (node != nullptr) return;
-                node = &files.add(path, "new work" + std::to_string(owned_.size()));
-                if (below(2) == 0) node->contents.resize(born_.at(path).contents.size(), '.');
-                if (below(2) == 0) node->modified = born_.at(path).modified;
-                owned_.insert(node->contents);
-                return;
-            case 3:
-                if (node != nullptr) node->isInUse = !node->isInUse;
-                return;
-            case 4:  // the user throws a file away
-                if (node == nullptr || node->isInUse) return;
-                owned_.erase(owned_.find(node->contents));
-                files.remove(path, nullptr);
-                isGone_.insert(path);
-                return;
-            default:
-                files.freeOnD = below(2) == 0 ? below(6000) : 1'000'000;
-                return;
+        const int killAt = below(2) == 0 ? 1 + static_cast<int>(below(90)) : 1'000'000;
+        if (event == 0) stage_.isKilled(killAt, [&] { stage_.press(CleanUp); });
+        if (event == 1) stage_.isKilled(killAt, [&] { stage_.restore(); });
+        if (event == 2) files.freeOnD = below(2) == 0 ? below(6000) : 1'000'000;
+        if (event == 3 && node != nullptr) node->isInUse = !node->isInUse;
+        if (event == 4 && node != nullptr && !node->isInUse) {
+            owned_.erase(owned_.find(node->contents));
+            files.remove(path, nullptr);
+            isGone_.insert(path);
+        }
+        if (event == 5 && node == nullptr) {
+            // New work, of the same size and time half of the time.
+            node = &files.add(path, "new work" + std::to_string(owned_.size()));
+            if (below(2) == 0) node->contents.resize(born_.at(path).contents.size(), '.');
+            if (below(2) == 0) node->modified = born_.at(path).modified;
+            owned_.insert(node->contents);
         }
     }
 
-    int killStep() {
-        return below(2) == 0 ? 1 + static_cast<int>(below(90)) : std::numeric_limits<int>::max();
-    }
     std::mt19937 random_;
     Stage stage_;
     std::vector<std::wstring> paths_;

@@ -10,18 +10,10 @@
 
 namespace {
 
-using Paths = std::set<std::wstring>;
 constexpr FileTicks kNow = 133'500'000'000'000'000;
 
 CleanupPlan planOf(FakeFileSystem& files, std::size_t manifestBytes = kLargestManifest) {
     return PlanCleanup(ListCleanupItems(files, kRoots, false), kRoots, kNow, manifestBytes);
-}
-
-Paths pathsOf(const CleanupPlan& plan) {
-    Paths paths;
-    for (const PlannedItem& item : plan.items)
-        paths.insert(item.path);
-    return paths;
 }
 
 }  // namespace
@@ -36,10 +28,8 @@ TEST(CleanupPlan, LeavesLinks) {
         files.add(suites + link + L"\\hidden.png", "x");
     }
     files.add(kRoots[2] + L"\\CDR1.tmp", "", EntryType::link);
-    EXPECT_EQ(pathsOf(planOf(files)), Paths());
+    EXPECT_EQ(planOf(files).items.size(), 0U);
     EXPECT_EQ(ListCleanupItems(files, kRoots, false).unreadable.size(), 0U);
-    files.find(kRoots[2])->type = EntryType::link;
-    EXPECT_GT(ListCleanupItems(files, kRoots, false).unreadable.size(), 0U);
 }
 
 TEST(CleanupPlan, HidesNothingThatIsNewOrCannotBeSeen) {
@@ -51,7 +41,8 @@ TEST(CleanupPlan, HidesNothingThatIsNewOrCannotBeSeen) {
     files.add(temp + L"Corel\\used.log", "a log of errors").isInUse = true;
     files.add(kCache + L"a.zip", "PK\x03\x04 thumbnails are kept like that").modified = kNow;
     const CleanupPlan plan = planOf(files);
-    EXPECT_EQ(pathsOf(plan), (Paths{temp + L"CDR1.tmp", kCache + L"a.zip"}));
+    ASSERT_EQ(plan.items.size(), 2U);
+    EXPECT_EQ(plan.items[0].path + plan.items[1].path, temp + L"CDR1.tmp" + kCache + L"a.zip");
     EXPECT_EQ(plan.drawings, std::vector{temp + L"CDR3.tmp"});
     EXPECT_EQ(plan.recent, 1U);
     EXPECT_EQ(plan.unreadable, 1U);
@@ -63,62 +54,46 @@ TEST(CleanupPlan, TakesAFileOnceAndNoMoreThanAManifestHolds) {
     EXPECT_EQ(planOf(files).items.size(), 1U);
     for (int i = 0; i < 40; ++i)
         files.add(kRoots[2] + L"\\Corel\\" + std::wstring(200, L'\u4E2D') + decimal(i), "x");
-    for (const std::size_t limit : {5'000U, 20'000U}) {
-        const auto items = planOf(files, limit).items;
-        EXPECT_LE(WriteManifest(items, kNow).size(), limit);
-        EXPECT_GE(items.size(), limit / 2'500);
-    }
+    const auto items = planOf(files, 20'000).items;
+    EXPECT_LE(WriteManifest(items, kNow).size(), 20'000U);
+    EXPECT_GE(items.size(), 8U);
 }
 
 TEST(TempFolder, IsTrustedOnlyWhereItCanHoldNothingElse) {
     const ReservedFolders reserved{{kUser, kRoots[0], kRoots[1], L"D:\\Mine\\Temp\\Documents", L""},
                                    {L"C:\\Windows", L"C:\\Program Files"}};
-    for (const std::wstring& temp : {kRoots[2] + L"\\2", kUser + L"\\temp"})
-        EXPECT_EQ(WhyNotTemporary(temp, reserved), L"") << utf8FromWide(temp);
-    for (const wchar_t* temp : {L"D:\\TMP", L"D:\\a\\myTemp3", L"\\\\server\\share\\Temp"})
+    for (const wchar_t* temp :
+         {L"C:\\Users\\Zo\u00eb\\Local\\Temp\\2", L"C:\\Users\\Zo\u00eb\\temp", L"D:\\TMP",
+          L"D:\\a\\myTemp3", L"\\\\server\\share\\Temp"})
         EXPECT_EQ(WhyNotTemporary(temp, reserved), L"") << temp;
-    for (const std::wstring& own : {kUser, kRoots[0], lowered(kRoots[1])})
-        EXPECT_NE(WhyNotTemporary(own, reserved), L"") << utf8FromWide(own);
     for (const wchar_t* other :
-         {L"", L"C:", L"\\\\server\\temp", L"C:\\Users", L"D:\\Mine\\Temp", L"C:\\Windows",
-          L"C:\\Windows\\Temp", L"D:\\Work", L"D:\\Templates", L"D:\\Work\\7"})
+         {L"", kUser.c_str(), kRoots[0].c_str(), L"c:\\users\\zo\u00eb\\local", L"C:",
+          L"\\\\server\\temp", L"C:\\Users", L"D:\\Mine\\Temp", L"C:\\Windows\\Temp",
+          L"D:\\Templates", L"D:\\Work\\7"})
         EXPECT_NE(WhyNotTemporary(other, reserved), L"") << other;
 }
 
-TEST(BackupManifest, ComesBackAsItWasWrittenAndJudgesEntryByEntry) {
-    Stage stage;
-    const auto items = stage.plan().items;
-    const Manifest manifest = ReadManifest(WriteManifest(items, kNow));
-    EXPECT_EQ(manifest.damaged, 0U);
-    EXPECT_TRUE(
-        std::ranges::equal(manifest.items, items, [](const auto& read, const auto& written) {
-            return read.isFolder == written.isFolder && read.path == written.path &&
-                   read.backupPath == written.backupPath && read.stamp == written.stamp;
-        }));
-
-    // As earlier versions wrote it, and with what no version writes.
-    const auto read = [](const std::string& change, const std::string& to) {
-        std::string text = R"({"format": "mirelo-cleanup-backup", "version": 1, "entries": [
-            {"state": "M", "type": "file", "kind": "temporary-file", "size": 2,
-             "created": "2026-03-13T11:02:39.9733386Z", "modified": "2026-03-13T11:02:39.9733386Z",
-             "attributes": 32, "path": "C:\\T\\Corel\\CDR1.tmp", "backup": "TEMP\\corel\\CDR1.tmp"}
-        ]})";
-        const std::size_t at = text.find(change);
-        return ReadManifest(text.replace(at, change.size(), to));
+TEST(BackupManifest, IsJudgedEntryByEntry) {
+    const FileStamp stamp{2, kNow, kNow, 32};
+    const std::string whole = WriteManifest(
+        {{{}, false, L"C:\\T\\Corel\\CDR1.tmp", L"TEMP\\corel\\CDR1.tmp", stamp}}, kNow);
+    const struct {
+        std::string from, to;
+        std::size_t items;
+    } changes[] = {
+        {"\"TEMP", "\"NEW", 1},  // a later version may know more roots
+        {": 2,", ": -5,", 0},
+        {"\"modified\"", "\"changed\"", 0},
+        {R"(TEMP\\corel)", R"(TEMP\\other)", 0},
+        {R"(TEMP\\corel)", R"(TEMP\\..\\corel)", 0},
+        {R"(TEMP\\corel\\CDR1.tmp)", R"(\\CDR1.tmp)", 0},
     };
-    EXPECT_EQ(read("TEMP", "NEW").items.size(), 1U) << "a later version may know more roots";
-    const char* const changes[][2] = {
-        {"\"size\": 2", "\"size\": -5"},
-        {"32", "4294967296"},
-        {"\"file\"", "\"link\""},
-        {"\"modified\"", "\"changed\""},
-        {R"(TEMP\\corel)", R"(TEMP\\other)"},
-        {R"(TEMP\\corel)", R"(TEMP\\..\\corel)"},
-        {R"(TEMP\\corel\\CDR1.tmp)", R"(\\CDR1.tmp)"},
-    };
-    for (const auto& [from, to] : changes)
-        EXPECT_EQ(read(from, to).damaged, 1U) << to;
+    for (const auto& change : changes) {
+        std::string text = whole;
+        text.replace(text.find(change.from), change.from.size(), change.to);
+        EXPECT_EQ(ReadManifest(text).items.size(), change.items) << text;
+        EXPECT_EQ(ReadManifest(text).damaged, 1 - change.items) << text;
+    }
     for (const wchar_t* path : {L"C:\\Windows\\a", L"C:\\Users\\Zo\u00eb\\Local\\..\\a", L"a"})
         EXPECT_EQ(RootAbove(path, kRoots), nullptr) << path;
-    EXPECT_EQ(RootAbove(lowered(kRoots[2]) + L"\\a", kRoots), &kRoots[2]);
 }

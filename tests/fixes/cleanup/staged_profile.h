@@ -31,7 +31,6 @@ inline constexpr StagedFile kStagedFiles[] = {
     {LR"(\ProgramData\Microsoft\Windows\WER\ReportQueue\AppHang_CorelDRW.exe_3\Report.wer)", true},
     {LR"(~\Local\CrashDumps\CorelDRW.exe.4711.dmp)", true},
     {LR"(~\Local\CrashDumps\CorelDRW.exe(1).4711.dmp)", true},
-    {LR"(~\Local\CrashDumps\CorelDRW.exe.txt)", false},
     {LR"(~\Local\Temp\CDR1F3.tmp)", true},
     {LR"(~\Local\Temp\XCDR1.tmp)", false},
     {LR"(~\Local\Temp\CDR2.tmp)", false, "RIFF....CDRE"},
@@ -39,7 +38,6 @@ inline constexpr StagedFile kStagedFiles[] = {
     {LR"(~\Local\Temp\Corel\plan.cdr_)", false},
     {LR"(~\Local\Temp\Corel\Backup_of_a.tmp)", false},
     {LR"(~\Local\Temp\Corel\a:b)", false},
-    {LR"(~\Local\Temp\Corel\a.)", false},
     {LR"(~\Local\Temp\Corel\errors.log)", true},
     {LR"(~\Local\Temp\Corel\brand.cpl)", false},
     {LR"(~\Roaming\Corel\Messages\540\EN\cache.dat)", true},
@@ -50,7 +48,6 @@ inline constexpr StagedFile kStagedFiles[] = {
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite X7\PHOTO-PAINT\PreviewCache\three.png)", true},
     {LR"(~\Local\Corel\CorelDRAW Graphics Suite 2024\Draw\PreviewCache\four.png)", true},
     {LR"(~\Local\Corel\PaintShop Pro\Draw\PreviewCache\five.png)", false},
-    {LR"(~\Roaming\Corel\CorelDRAW Graphics Suite X7\Draw\PreviewCache\six.png)", false},
 };
 
 inline std::wstring stagedPath(const StagedFile& file) {
@@ -58,15 +55,8 @@ inline std::wstring stagedPath(const StagedFile& file) {
 }
 
 struct Stage {
-    explicit Stage(const std::wstring& home = kNear)
-        : context{files,
-                  kRoots,
-                  L"",
-                  {home, kRoots[0] + L"\\Mirelo"},
-                  [this] { return running; },
-                  [this] {
-                      return BackupContext::Now{utc, utc + 36'000'000'000};
-                  }} {
+    explicit Stage(const std::wstring& home = kNear) {
+        context.homes.local = home;
         for (const StagedFile& file : kStagedFiles)
             files.add(stagedPath(file), *file.contents ? file.contents : utf8FromWide(file.path));
         files.find(kRoots[2] + L"\\CDR1F3.tmp")->attributes = 0x23;
@@ -78,30 +68,26 @@ struct Stage {
                            context.roots, utc);
     }
     std::wstring newBackup() {
-        return NewBackupFolder(files, context.homes, kCleanupBackup, context.now().local);
+        return NewBackupFolder(files, context.homes, kCleanupBackup, now().local);
     }
+    [[nodiscard]] BackupContext::Now now() const { return {utc, utc + 36'000'000'000}; }
     CleanupReport clean() { return ExecuteCleanup(host.host(), context, plan(), newBackup()); }
-    /// The report of a press on either button.
     std::wstring press(void (&act)(const ActionHost&, const BackupContext&)) {
         host.lines.clear();
         act(host.host(), context);
         return host.report();
     }
     std::wstring restore() { return press(BringBack); }
-    std::vector<std::wstring> backups() {
-        return ListBackups(files, context.homes, kCleanupBackup).folders;
-    }
     /// Without the tool's own folder, and with folder times only for those that a cleanup removes.
     FakeFileSystem::Snapshot profile() {
         FakeFileSystem::Snapshot seen = files.snapshot(L"C:");
         std::erase_if(seen, [](const auto& item) { return item.first.starts_with(kNear); });
         for (auto& [path, node] : seen)
-            if (node.type == EntryType::folder && path.find(L"_CorelDRW") == std::wstring::npos &&
-                path.find(L"PreviewCache\\a") == std::wstring::npos)
+            if (node.type == EntryType::folder && !holds(path, L"_CorelDRW") &&
+                !holds(path, L"PreviewCache\\a"))
                 node.created = node.modified = 0;
         return seen;
     }
-    /// The contents of all files, however they are called.
     std::multiset<std::string> contents() {
         std::multiset<std::string> all;
         for (const wchar_t* drive : {L"C:", L"D:"})
@@ -114,20 +100,23 @@ struct Stage {
     bool isKilled(int step, const Act& act) {
         files.steps = 0;
         files.killAt = step;
-        bool killed = false;
+        utc += 60 * kTicksPerSecond;
         try {
             act();
         } catch (const Killed&) {
-            killed = true;
         }
         files.killAt = std::numeric_limits<int>::max();
-        utc += 60 * kTicksPerSecond;
-        return killed;
+        return files.steps >= step;
     }
 
     FakeFileSystem files;
     FakeHost host;
     RunningPrograms running;
     FileTicks utc = 133'500'000'000'000'000;
-    BackupContext context;
+    BackupContext context{files,
+                          kRoots,
+                          L"",
+                          {L"", kRoots[0] + L"\\Mirelo"},
+                          [this] { return running; },
+                          [this] { return now(); }};
 };

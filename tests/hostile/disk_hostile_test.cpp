@@ -1,9 +1,14 @@
-// Disks that fail while a slimmed document is written, and programs that hold it for moments.
-#include "slim/slim_files_win.h"
+// Disks that fail and fill up, and programs that hold a file for moments.
+#include <windows.h>
 
 #include <gtest/gtest.h>
+#include <shlobj.h>
 
+#include "base/files/tool_folder_win.h"
+#include "cloud/cache_file_win.h"
+#include "fixes/cleanup/cleanup_win.h"
 #include "slim/slim_document.h"
+#include "slim/slim_files_win.h"
 #include "tests/base/files/staged_folder_win.h"
 #include "tests/hostile/imitation.h"
 #include "tests/slim/document_builder.h"
@@ -12,6 +17,7 @@ IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
 IMITATE("kernel32.dll", WriteFile);
+IMITATE("shell32.dll", SHGetFolderPathW);
 
 namespace {
 
@@ -66,4 +72,39 @@ TEST(HostileDisk, IsWaitedForWhileAnotherProgramHoldsTheFile) {
         return INVALID_HANDLE_VALUE;
     });
     EXPECT_TRUE(document.slim().ok);
+}
+
+TEST(HostileDisk, OfADeadServerIsNotWaitedFor) {
+    static const HANDLE released = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const Staged dead(SHGetFolderPathWImitation, [](auto...) {
+        WaitForSingleObject(released, 60000);
+        return E_FAIL;
+    });
+    EXPECT_EQ(toolFolder() + UserFolders().context().homes.local, L"");
+    SetEvent(released);
+}
+
+TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
+    constexpr std::size_t kSizeLimit = 0x200000;
+    // A profile as before the first download: the tool's folder is not there.
+    const StagedFolder profile;
+    const Staged fresh(SHGetFolderPathWImitation, [&](HWND, int, HANDLE, DWORD, LPWSTR path) {
+        wcscpy(path, profile.path().c_str());
+        return S_OK;
+    });
+    for (const std::size_t size : {kSizeLimit, kSizeLimit - 1, std::size_t{0}}) {
+        ASSERT_TRUE(WriteCacheFile(std::string(size, 'x')));
+        EXPECT_EQ(ReadCacheFile().size(), size % kSizeLimit);
+    }
+    const std::string good("\0\r\n\xFF", 4);
+    ASSERT_TRUE(WriteCacheFile(good));
+    {
+        const Staged full(WriteFileImitation, [](auto...) {
+            SetLastError(ERROR_DISK_FULL);
+            return FALSE;
+        });
+        EXPECT_FALSE(WriteCacheFile("a full disk"));
+    }
+    EXPECT_FALSE(IsThere(CacheFilePath() + L".new")) << "something is left behind";
+    EXPECT_EQ(ReadCacheFile(), good);
 }
