@@ -1,15 +1,20 @@
-// Disks that fail and fill up, and programs that hold a file for moments.
+// Disks that fail and fill up, programs that hold a file for moments, servers that do not answer.
 #include <windows.h>
 
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include <memory>
+
 #include "base/files/tool_folder_win.h"
+#include "base/handle_win.h"
+#include "cdr/version_string_win.h"
 #include "cloud/cache_file_win.h"
 #include "fixes/cleanup/cleanup_win.h"
 #include "slim/slim_document.h"
 #include "slim/slim_files_win.h"
 #include "tests/base/files/staged_folder_win.h"
+#include "tests/cdr/practice_process_win.h"
 #include "tests/hostile/imitation.h"
 #include "tests/slim/document_builder.h"
 
@@ -18,6 +23,7 @@ IMITATE("kernel32.dll", FlushFileBuffers);
 IMITATE("kernel32.dll", SetEndOfFile);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
+IMITATE("version.dll", GetFileVersionInfoSizeW);
 
 namespace {
 
@@ -74,16 +80,6 @@ TEST(HostileDisk, IsWaitedForWhileAnotherProgramHoldsTheFile) {
     EXPECT_TRUE(document.slim().ok);
 }
 
-TEST(HostileDisk, OfADeadServerIsNotWaitedFor) {
-    static const HANDLE released = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    const Staged dead(SHGetFolderPathWImitation, [](auto...) {
-        WaitForSingleObject(released, 60000);
-        return E_FAIL;
-    });
-    EXPECT_EQ(toolFolder() + UserFolders().context().homes.local, L"");
-    SetEvent(released);
-}
-
 TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
     constexpr std::size_t kSizeLimit = 0x200000;
     // A profile as before the first download: the tool's folder is not there.
@@ -105,6 +101,36 @@ TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
         });
         EXPECT_FALSE(WriteCacheFile("a full disk"));
     }
+    {
+        const Staged readOnly(CreateFileWImitation, [](auto...) {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_HANDLE_VALUE;
+        });
+        EXPECT_FALSE(WriteCacheFile("a folder that may only be read, or another Mirelo at it"));
+    }
     EXPECT_FALSE(IsThere(CacheFilePath() + L".new")) << "something is left behind";
     EXPECT_EQ(ReadCacheFile(), good);
+}
+
+TEST(HostileServer, IsGivenUpAndNotAskedAgainBeforeItAnswers) {
+    const auto answers =
+        std::make_shared<KernelHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    const auto wait = [answers](auto...) {
+        WaitForSingleObject(std::shared_ptr(answers)->get(), 60000);
+        return 0;
+    };
+    const std::wstring file = PracticeProgram().wstring();
+    const Staged folder(SHGetFolderPathWImitation, wait);
+    const Staged resource(GetFileVersionInfoSizeWImitation, wait);
+    EXPECT_EQ(toolFolder() + UserFolders().context().homes.local, L"");
+    EXPECT_EQ(ReadVersionString(file, L"ProductVersion"), L"");
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EQ(ReadVersionString(file, L"ProductVersion"), L"");
+    EXPECT_LT(GetTickCount64() - start, 500U);
+    SetEvent(answers->get());
+    const Staged back(GetFileVersionInfoSizeWImitation, [](auto... asked) {
+        return GetFileVersionInfoSizeWImitation.real(asked...);
+    });
+    while (ReadVersionString(file, L"ProductVersion").empty())
+        ASSERT_LT(GetTickCount64() - start, 20000U) << "an answered question counts as asked";
 }
