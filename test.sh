@@ -15,4 +15,4 @@ source scripts/wine_env.sh
 source scripts/display.sh
 
 printf 'subdirs("native" "windows")\n' > build/CTestTestfile.cmake
-ctest --test-dir build --parallel 2 --output-on-failure ${1:+-R "$1"}
+ctest --test-dir build --parallel 3 --output-on-failure ${1:+-R "$1"}

@@ -19,11 +19,14 @@ constexpr DWORD kLimitMs = 1000;
 // is long after the caller has gone.
 class Reading {
   public:
+    using Paths = std::set<std::wstring>;
+
     static std::shared_ptr<Reading> ofFile(const std::wstring& path) {
         const LockGuard lock(lock_);
         const auto [place, isNew] = outstanding().insert(path);
-        return isNew ? std::shared_ptr<Reading>(new Reading(place)) : nullptr;
+        return isNew ? std::make_shared<Reading>(place) : nullptr;
     }
+    explicit Reading(Paths::iterator place) : place_(place) {}
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
     ~Reading() {
@@ -32,9 +35,6 @@ class Reading {
     }
 
   private:
-    using Paths = std::set<std::wstring>;
-    explicit Reading(Paths::iterator place) : place_(place) {}
-
     // Never destroyed: a call may end after the program's last line.
     static Paths& outstanding() {
         static auto* const paths = new Paths;

@@ -25,6 +25,9 @@ for corpus in fuzz/*/corpus/*; do
         >"build/fuzz/$name.log" 2>&1 || { tail -n 40 "build/fuzz/$name.log"; exit 1; }
 done
 
+echo "-- the static analysis, source by source"
+scripts/check_tidy.sh deep
+
 echo "-- every planted fault"
 scripts/check_faults.sh
 

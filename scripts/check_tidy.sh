@@ -1,12 +1,19 @@
 #!/usr/bin/env bash
-# Static analysis of the product: check_tidy.sh core | windows [deep]
-# The path-sensitive checks give up early on a long function, which halves the time; not so when it is deep.
+# Static analysis of the product: check_tidy.sh [deep]
+# Several sources are looked at together, so that their common headers are looked at once, and the path-sensitive
+# checks give up early on a long function. When it is deep, neither.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-unless=(-v); [ "$1" = core ] || unless=()
-mapfile -t checked < <(git ls-files '*.cpp' | grep -Ev '^(practice|fuzz|bench|tests)/|/strings/' |
-                       grep "${unless[@]}" '_win\.cpp$')
-# clang knows the options of its own preset; nothing is built. Two at once make it in a folder each.
-cmake --preset clang -B "build/tidy-$1" >/dev/null
-depth=(); [ "${2:-}" = deep ] || depth=(--extra-arg={-Xclang,-analyzer-config,-Xclang,max-nodes=50000})
-printf '%s\n' "${checked[@]}" | xargs -n 4 clang-tidy -p "build/tidy-$1" --quiet "${depth[@]}" --extra-arg=-Wno-unknown-warning-option 2>/dev/null
+# clang knows the options of its own preset; nothing is built.
+if [ "${1:-}" = deep ]; then
+    cmake --preset clang >/dev/null
+    options=(-p build/clang)
+    mapfile -t sources < <(git ls-files '*.cpp' | grep -Ev '^(practice|fuzz|bench|tests)/|/strings/')
+else
+    cmake --preset clang -B build/tidy -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=6 >/dev/null
+    options=(-p build/tidy --checks=-bugprone-suspicious-include
+             --extra-arg={-Xclang,-analyzer-opt-analyze-headers,-Xclang,-analyzer-config,-Xclang,max-nodes=50000})
+    mapfile -t sources < <(find "$PWD/build/tidy" -name 'unity_*.cxx')
+fi
+printf '%s\n' "${sources[@]}" | nice xargs -P "$(nproc)" -n 1 \
+    clang-tidy "${options[@]}" --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null

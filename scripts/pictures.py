@@ -148,7 +148,7 @@ def installed_practice(wine):
     """The practice program where a CorelDRAW lies, for the paths in the report."""
     suite = wine.prefix / "drive_c" / "Program Files" / "Corel"
     shutil.copytree(BUILD / "practice", wine.prefix / "drive_c" / PROGRAM_FOLDER, dirs_exist_ok=True,
-                    ignore=shutil.ignore_patterns("CMakeFiles", "*.cmake", "plain"))
+                    ignore=shutil.ignore_patterns("CMakeFiles", "*.cmake"))
     try:
         yield "C:\\" + PROGRAM_FOLDER.replace("/", "\\") + "\\CorelDRW.exe"
     finally:
