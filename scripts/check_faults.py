@@ -28,7 +28,7 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "faults"
 SOURCE = BUILD / "source"
-TEST_SECONDS = 300
+TEST_SECONDS = 120
 
 
 @dataclasses.dataclass
