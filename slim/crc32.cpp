@@ -2,6 +2,12 @@
 // highest; its CRC is the remainder modulo P (ISO/IEC 13239). Bits are reflected throughout: the
 // lowest bit of a word stands for its highest power.
 //
+// The register starts as all ones and is complemented at the end, so that zeros at either end count
+// too (the convention of ZIP, application note 4.4.7, and of gzip, RFC 1952 section 8).
+//
+// By table: a byte that leaves the register takes with it what it means for the 32 bits below.
+// Eight tables, one for each distance to the end of a word, do eight bytes in independent look-ups.
+//
 // Folding replaces 128 bits by others of the same remainder further on: a part A that stands n bits
 // before the target counts as A * x^n there, and A * (x^n mod P) is short enough to be added in.
 #include "slim/crc32.h"

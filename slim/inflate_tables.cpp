@@ -3,6 +3,21 @@
 // codes: a step clears the highest one bits and sets the zero bit below them, and going on to a
 // longer code only adds a zero on top, which leaves the number as it is.
 //
+//   symbol   length   code   as a number whose lowest bit comes first
+//   B        1        0      0b0
+//   A        2        10     0b01
+//   C        3        110    0b011
+//   D        3        111    0b111        lengths 2 1 3 3 give these (RFC 1951, section 3.2.2)
+//
+// A table is indexed by the next bits of the stream, whatever they are. With a root of two bits the
+// example is
+//
+//   00 B    01 A    10 B    11 sub-table of one bit: 0 C, 1 D
+//
+// B stands twice because one bit decides and the other is the next symbol's. Codes longer than the
+// root share a sub-table with all others that begin with the same root bits: a second look-up,
+// which only rare symbols need.
+//
 // The root starts as wide as the shortest code and doubles for every longer one. That repeats the
 // shorter codes at all places that end in them, and no entry of the root is stored twice otherwise.
 #include "slim/inflate_tables.h"

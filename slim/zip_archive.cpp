@@ -1,10 +1,17 @@
+// A ZIP archive (PKWARE's application note, APPNOTE.TXT, section 4.3):
+//
+//   local header | name | extra | data         4.3.7: for each entry, in any order, with gaps
+//   central header | name | extra | comment    4.3.12: for each entry, without gaps
+//   end record | comment                       4.3.16: up to the last byte of the file
+//
 // An archive is read from its end: the end record tells where the directory is, the directory where
 // each entry's local header is, and that, by the lengths of its own name and extra field, where the
 // data begin. What an archive claims is checked against the image before it is used.
 //
-// Reads what PKWARE's application note calls the end of central directory record, the central
-// directory and the local headers. Where central and local header differ the central one holds,
-// except for the start of the data, which only the local header's own lengths tell.
+// Where central and local header differ the central one holds, except for the start of the data,
+// which only the local header's own lengths tell. The two may differ for a good reason: who writes
+// an entry before its size is known leaves zeros in the local header (bit 3 of the flags, 4.4.4)
+// and puts the numbers into a data descriptor behind the data (4.3.9), which is not read here.
 #include "slim/zip_archive.h"
 
 #include <algorithm>
@@ -94,6 +101,9 @@ std::optional<Header> readHeader(ByteView image, std::size_t at) {
                                         readU16(header, zip::kCentralCommentLength)};
 }
 
+// The walk ends at the first place where no header stands; what the end record counts beyond that
+// is missing, and the proof before a write says so.
+//
 // Memory is reserved for as many headers as fit into the rest of the image, whatever the end record
 // counts.
 void readEntries(ByteView image, const Directory& directory, std::vector<ZipEntry>& entries) {
@@ -114,7 +124,8 @@ bool isDecodable(const ZipEntry& entry) {
            entry.data().size() == entry.compressedSize;
 }
 
-// Enough for whatever the entry can hold, whatever it claims to hold.
+// Enough for whatever the entry can hold, whatever it claims to hold: a few bytes that claim to be
+// 4 GB get room for a thousand times themselves.
 std::size_t capacityFor(const ZipEntry& entry) {
     return static_cast<std::size_t>(
         std::min<std::uint64_t>(entry.uncompressedSize, entry.data().size() * kMostExpansion));
