@@ -62,7 +62,7 @@ struct AutomationShared {
     float dpi = 96;
 
     [[nodiscard]] std::shared_ptr<const AccessibleTree> newest() const {
-        const LockGuard locked(const_cast<SRWLOCK&>(lock));
+        const LockGuard locked(lock);
         return tree;
     }
 };
