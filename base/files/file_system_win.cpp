@@ -36,21 +36,6 @@ FileStamp stampOf(const Info& info) {
             info.dwFileAttributes & kKeptAttributes};
 }
 
-// In two questions: the one call that answers both asks the volume for its number as well.
-bool readInfo(HANDLE file, FileStamp& stamp, DWORD& attributes) {
-    FILE_BASIC_INFO basic{};
-    FILE_STANDARD_INFO standard{};
-    if (!GetFileInformationByHandleEx(file, FileBasicInfo, &basic, sizeof basic) ||
-        !GetFileInformationByHandleEx(file, FileStandardInfo, &standard, sizeof standard)) {
-        return false;
-    }
-    attributes = basic.FileAttributes;
-    stamp = {static_cast<std::uint64_t>(standard.EndOfFile.QuadPart),
-             static_cast<FileTicks>(basic.CreationTime.QuadPart),
-             static_cast<FileTicks>(basic.LastWriteTime.QuadPart), attributes & kKeptAttributes};
-    return true;
-}
-
 EntryType typeOf(DWORD attributes) {
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return EntryType::link;
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryType::folder : EntryType::file;
@@ -140,26 +125,31 @@ WindowsFileSystem::Pin WindowsFileSystem::pin(const std::wstring& folder) {
     return {{FileOutcome::outside}, nullptr};
 }
 
-// Opens a plain file, nothing else. Its real path must be the one it was asked for: some systems
-// do not show a link to a file as a link.
+// Opens a plain file, nothing else. Size, times and attributes are asked for by path, which the
+// handle and the pinned folders keep what it is: that is the cheaper question. The real path must
+// be the one that was asked for: some systems do not show a link to a file as a link.
 WindowsFileSystem::Opened WindowsFileSystem::openFile(const std::wstring& path, DWORD access,
                                                       DWORD share) {
     Opened opened;
     const Pin parent = pin(parentFolder(path));
     opened.result = parent.result;
     if (!opened.result.isDone()) return opened;
+    const std::wstring longName = longPath(path);
     opened.handle =
-        FileHandle(CreateFileW(longPath(path).c_str(), access | FILE_READ_ATTRIBUTES, share,
-                               nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    DWORD attributes = 0;
-    opened.result = lastResult(static_cast<bool>(opened.handle) &&
-                               readInfo(opened.handle.get(), opened.stamp, attributes));
+        FileHandle(CreateFileW(longName.c_str(), access | FILE_READ_ATTRIBUTES, share, nullptr,
+                               OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    opened.result =
+        lastResult(static_cast<bool>(opened.handle) &&
+                   GetFileAttributesExW(longName.c_str(), GetFileExInfoStandard, &data));
     if (!opened.result.isDone()) return opened;
+    opened.stamp = stampOf(data);
     const std::wstring realPath = realPathOf(opened.handle.get());
     const bool isElsewhere =
         !realPath.empty() && !parent.folder->realPath().empty() &&
         !equalsIgnoringCase(realPath, parent.folder->realPath() + L"\\" + nameOf(path));
-    if (typeOf(attributes) == EntryType::link || isElsewhere) opened.result = {FileOutcome::link};
+    if (typeOf(data.dwFileAttributes) == EntryType::link || isElsewhere)
+        opened.result = {FileOutcome::link};
     return opened;
 }
 
