@@ -1,6 +1,7 @@
-// Cleanup and restore of many small files on one volume, beside a loop that only renames them. The
-// folder for it all is named by the first argument. Each line of output, as in felt_win: what,
-// milliseconds, what it is compared with, its milliseconds, the ratio.
+// Cleanup and restore of many small files, beside a loop that only moves them. The first argument
+// names the folder of the files, a second one that of the backups, which may be on another volume.
+// Each line of output, as in felt_win: what, milliseconds, what it is compared with, its
+// milliseconds, the ratio.
 #include <windows.h>
 
 #include <algorithm>
@@ -37,64 +38,71 @@ void writeFile(const std::wstring& path) {
     WriteFile(file.get(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr);
 }
 
-void renameAll(const Names& from, const Names& to) {
+// Folder by folder; gives the path of the last one.
+std::wstring makeFolders(std::wstring base, std::initializer_list<const wchar_t*> names) {
+    for (const wchar_t* name : names)
+        CreateDirectoryW((base += std::wstring(L"\\") + name).c_str(), nullptr);
+    return base;
+}
+
+void moveAll(const Names& from, const Names& to) {
     for (std::size_t i = 0; i < from.size(); ++i)
-        MoveFileExW(from[i].c_str(), to[i].c_str(), 0);
+        MoveFileExW(from[i].c_str(), to[i].c_str(), MOVEFILE_COPY_ALLOWED);
 }
 
 void report(const char* what, std::vector<double>& ours, std::vector<double>& plain) {
     std::ranges::sort(ours);
     std::ranges::sort(plain);
     const double mine = ours[kRounds / 2], other = plain[kRounds / 2];
-    std::printf("%s of %d files, %.0f a second|%.1f|a loop of renames|%.1f|%.2f\n", what, kFiles,
-                kFiles / mine * 1e3, mine, other, mine / other);
+    std::printf("%s of %d files, %.0f a second|%.1f|a loop of plain moves|%.1f|%.2f\n", what,
+                kFiles, kFiles / mine * 1e3, mine, other, mine / other);
 }
 
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    if (count != 2) return 2;
-    const std::wstring base = arguments[1];
-    std::wstring cache = base;
-    for (const wchar_t* name :
-         {L"\\Corel", L"\\CorelDRAW Graphics Suite X7", L"\\Draw", L"\\PreviewCache"})
-        CreateDirectoryW((cache += name).c_str(), nullptr);
-    CreateDirectoryW((base + L"\\there").c_str(), nullptr);
-    Names home, there;
+    if (count < 2) return 2;
+    const std::wstring base = arguments[1], home = arguments[count - 1];
+    const wchar_t* const suite = L"CorelDRAW Graphics Suite X7";
+    const std::wstring cache = makeFolders(base, {L"Corel", suite, L"Draw", L"PreviewCache"});
+    // As deep as a backup, since the system walks every path.
+    const std::wstring away = makeFolders(home, {L"plain", L"backups", L"moved", L"files", L"there",
+                                                 L"Corel", suite, L"Draw", L"PreviewCache"});
+    Names here, there;
     for (int i = 0; i < kFiles; ++i) {
         const std::wstring folder = L"\\" + decimal(i % kFolders), name = L"\\" + decimal(i);
         CreateDirectoryW((cache + folder).c_str(), nullptr);
-        CreateDirectoryW((base + L"\\there" + folder).c_str(), nullptr);
-        home.push_back(cache + folder + name + L".png");
-        there.push_back(base + L"\\there" + folder + name + L".png");
-        writeFile(home.back());
+        CreateDirectoryW((away + folder).c_str(), nullptr);
+        here.push_back(cache + folder + name + L".png");
+        there.push_back(away + folder + name + L".png");
+        writeFile(here.back());
     }
     const ActionHost host{
         [](std::wstring) {},
         [](const std::wstring&, const std::wstring&, ConfirmStyle) { return true; },
         [](std::wstring) {}};
-    std::vector<double> cleaned, restored, away, back;
+    std::vector<double> cleaned, restored, out, back;
     for (int round = 0; round < kRounds; ++round) {
-        away.push_back(millisecondsOf([&] { renameAll(home, there); }));
-        back.push_back(millisecondsOf([&] { renameAll(there, home); }));
+        out.push_back(millisecondsOf([&] { moveAll(here, there); }));
+        back.push_back(millisecondsOf([&] { moveAll(there, here); }));
         // With a file system of its own each time, as an action has.
         const auto act = [&](const auto& handler) {
-            WindowsFileSystem files({base});
+            WindowsFileSystem files({base, home});
             handler(host, {files,
                            {L"", base},
                            L"",
-                           {base + L"\\Mirelo", L""},
+                           {home + L"\\Mirelo", L""},
                            [] { return RunningPrograms{}; },
                            [] {
                                return BackupContext::Now{134ULL << 50, 134ULL << 50};
                            }});
         };
         cleaned.push_back(millisecondsOf([&] { act(CleanUp); }));
-        if (GetFileAttributesW(home[0].c_str()) != INVALID_FILE_ATTRIBUTES) return 1;
+        if (GetFileAttributesW(here[0].c_str()) != INVALID_FILE_ATTRIBUTES) return 1;
         restored.push_back(millisecondsOf([&] { act(BringBack); }));
-        if (GetFileAttributesW(home[0].c_str()) == INVALID_FILE_ATTRIBUTES) return 1;
+        if (GetFileAttributesW(here[0].c_str()) == INVALID_FILE_ATTRIBUTES) return 1;
     }
-    report("cleanup", cleaned, away);
+    report("cleanup", cleaned, out);
     report("restore", restored, back);
     return 0;
 }
