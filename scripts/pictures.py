@@ -37,7 +37,7 @@ CACHES = {
 AGE_S = 30 * 24 * 3600  # what is younger than a day stays
 PROGRAM_FOLDER = "Program Files/Corel/CorelDRAW Graphics Suite 2024/Programs64"
 DOCUMENTS = {
-    "catalogue.cdr": staging.document(560, 200, payload=300_000, leaves=5000),
+    "catalogue.cdr": staging.document(560, 200, payload=900_000, leaves=5000),
     "poster.cdr": staging.document(40, payload=800_000),
     "logo.cdr": staging.document(0, 0, 0),
 }
