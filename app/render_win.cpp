@@ -256,13 +256,11 @@ void Renderer::drawTarget(const HitTarget& target, bool hovered) {
             drawText(target.label, target.style, target.rect(), Colour::textOnAccent);
             return;
         case HitKind::tab:
-            drawTab(target, hovered);
+        case HitKind::languageChoice:
+            drawChoice(target, hovered);
             return;
         case HitKind::instanceRow:
             drawInstanceRow(target, hovered);
-            return;
-        case HitKind::languageChoice:
-            drawLanguageChoice(target, hovered);
             return;
         case HitKind::report:
             return;
@@ -301,7 +299,7 @@ void Renderer::drawButton(const HitTarget& target, bool hovered) {
     drawText(target.label, target.style, target.rect(), Colour::accent);
 }
 
-void Renderer::drawTab(const HitTarget& target, bool hovered) {
+void Renderer::drawChoice(const HitTarget& target, bool hovered) {
     if (target.selected) {
         fillBox(target.rect(), kButtonRadius, Colour::accent);
     } else {
@@ -327,17 +325,6 @@ void Renderer::drawInstanceRow(const HitTarget& target, bool hovered) {
     drawText(target.label, target.style,
              {textLeft, rect.y, rect.right() - kRowTextInset - textLeft, rect.height},
              Colour::accent);
-}
-
-void Renderer::drawLanguageChoice(const HitTarget& target, bool hovered) {
-    if (target.selected) {
-        fillBox(target.rect(), kButtonRadius, Colour::accent);
-    } else {
-        outlinedBox(target.rect(), kButtonRadius, hovered ? Colour::accent : Colour::outline,
-                    Colour::surface);
-    }
-    drawText(target.label, target.style, target.rect(),
-             target.selected ? Colour::textOnAccent : Colour::accent);
 }
 
 void Renderer::drawLog(const ReportLog& log) {

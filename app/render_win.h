@@ -59,9 +59,8 @@ class Renderer {
     void drawFocus(const RectDip& rect);
     void drawNewestLine(const Scene& scene);
     void drawButton(const HitTarget& target, bool hovered);
-    void drawTab(const HitTarget& target, bool hovered);
+    void drawChoice(const HitTarget& target, bool hovered);
     void drawInstanceRow(const HitTarget& target, bool hovered);
-    void drawLanguageChoice(const HitTarget& target, bool hovered);
     void drawLog(const ReportLog& log);
 
     Microsoft::WRL::ComPtr<ID2D1Factory> factory_;
