@@ -33,7 +33,6 @@ void initLanguage() {
 }
 
 void saveLanguage() {
-    const std::wstring path = configPath();
-    CreateDirectoryW(path.substr(0, path.find_last_of(L'\\')).c_str(), nullptr);
-    replaceWholeFile(path, configOfLanguage(currentLanguage()));
+    makeToolFolder();
+    replaceWholeFile(configPath(), configOfLanguage(currentLanguage()));
 }

@@ -87,6 +87,7 @@ FileResult writeFlushed(HANDLE file, std::string_view bytes) {
 }
 
 FileResult replaceWholeFile(const std::wstring& path, std::string_view bytes) try {
+    if (path.empty()) return {FileOutcome::missing, ERROR_PATH_NOT_FOUND};
     const std::wstring target = longPath(path);
     const std::wstring unfinished = target + std::wstring(kUnfinishedSuffix);
     FileHandle file(CreateFileW(unfinished.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,

@@ -56,5 +56,6 @@ FileResult readWholeFile(const std::wstring& path, SizeRange sizes, Container& c
 }
 
 /// Makes `bytes` the contents of a file, new or not: written beside it, on the disk, and renamed
-/// over it. After a failure or a kill the file is as it was. The folder must exist.
+/// over it. After a failure or a kill the file is as it was. The folder must exist;
+/// an empty path is `missing`.
 FileResult replaceWholeFile(const std::wstring& path, std::string_view bytes);

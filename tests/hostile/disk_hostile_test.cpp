@@ -5,8 +5,11 @@
 #include <shlobj.h>
 
 #include <memory>
+#include <utility>
 
+#include "app/language_file_win.h"
 #include "base/files/tool_folder_win.h"
+#include "base/files/whole_file_win.h"
 #include "base/handle_win.h"
 #include "cdr/version_string_win.h"
 #include "cloud/cache_file_win.h"
@@ -20,6 +23,7 @@
 
 IMITATE("kernel32.dll", CreateFileW);
 IMITATE("kernel32.dll", FlushFileBuffers);
+IMITATE("kernel32.dll", MoveFileExW);
 IMITATE("kernel32.dll", SetEndOfFile);
 IMITATE("kernel32.dll", WriteFile);
 IMITATE("shell32.dll", SHGetFolderPathW);
@@ -57,6 +61,23 @@ void expectPutBackWhen(Imitation<Function>& imitation, int failingCall) {
     EXPECT_TRUE(ReadStaged(document.path) == document.former);
     EXPECT_TRUE(ReadStaged(outcome.backupPath) == document.former);
     EXPECT_TRUE(document.version() == document.before);
+}
+
+// Another Mirelo saves the same file before a step of this one.
+template <typename Function>
+void expectWholeWhenAnotherComes(Imitation<Function>& before) {
+    const StagedFolder folder;
+    const std::wstring path = folder.path() + L"\\config.json";
+    const std::string own = "own", others = "the other's";
+    bool hasCome = false;
+    const Staged comes(before, [&](auto... arguments) {
+        if (!std::exchange(hasCome, true)) replaceWholeFile(path, others);
+        return before.real(arguments...);
+    });
+    replaceWholeFile(path, own);
+    const std::string kept = ReadStaged(path);
+    EXPECT_TRUE(kept == own || kept == others) << kept;
+    EXPECT_FALSE(IsThere(path + L".new"));
 }
 
 }  // namespace
@@ -110,6 +131,20 @@ TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
     }
     EXPECT_FALSE(IsThere(CacheFilePath() + L".new")) << "something is left behind";
     EXPECT_EQ(ReadCacheFile(), good);
+}
+
+TEST(HostileDisk, HoldsNoHalfOfWhatTwoProgramsSave) {
+    expectWholeWhenAnotherComes(WriteFileImitation);
+    expectWholeWhenAnotherComes(MoveFileExWImitation);
+}
+
+TEST(HostileDisk, IsNotWrittenToWithoutAFolderForTheLanguage) {
+    const Staged none(SHGetFolderPathWImitation, [](auto...) { return E_FAIL; });
+    const Staged opens(CreateFileWImitation, [](auto path, DWORD access, auto... more) {
+        EXPECT_EQ(access & GENERIC_WRITE, 0U) << path;
+        return CreateFileWImitation.real(path, access, more...);
+    });
+    saveLanguage();
 }
 
 TEST(HostileServer, IsGivenUpAndNotAskedAgainBeforeItAnswers) {
