@@ -105,7 +105,7 @@ struct Stream {
 // No distance is longer (RFC 1951, section 3.2.5): so much history has to stay in the window.
 constexpr std::size_t kHistory = 32768;
 // Small enough to stay in the second-level cache, large enough that moving the history is rare.
-constexpr std::size_t kWindowSize = 4 * kHistory;
+constexpr std::size_t kWindowSize = 6 * kHistory;
 
 void sumUp(Stream& stream) {
     if (!stream.isSummed) return;
