@@ -232,8 +232,9 @@ int main(int argc, char** argv) {
             inMean[i].push_back(ratios[i]);
     }
     std::vector<double> means;
-    for (const std::vector<double>& ratios : inMean)
-        means.push_back(geometricMean(ratios));
+    for (const std::vector<double>& ratios : inMean) {
+        if (!ratios.empty()) means.push_back(geometricMean(ratios));
+    }
     std::printf("%-22s %19s", "geometric mean", "");
     printRatios(means);
 }
