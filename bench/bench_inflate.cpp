@@ -1,5 +1,6 @@
-// inflateRaw beside libdeflate and zlib. Without arguments all streams in interleaved rounds; with
-// the name of a stream and of a contender, one decoding of it, for counting instructions.
+// inflateRaw beside libdeflate and zlib, and without a destination beside itself. Without arguments
+// all streams in interleaved rounds; with the name of a stream and of a contender, one decoding of
+// it, for counting instructions.
 #include <zlib.h>
 
 #include <cstdio>
@@ -113,6 +114,23 @@ void decodeOurs(const Stream& stream, Bytes& out) {
     }
 }
 
+void measureOurs(const Stream& stream) {
+    for (std::size_t i = 0; i < stream.members.size(); ++i) {
+        std::size_t outSize = 0;
+        std::size_t inSize = stream.members[i].size();
+        const int code = inflateRaw(nullptr, &outSize, stream.members[i].data(), &inSize);
+        check(code == 0 && outSize == memberSize(stream, i), "measuring");
+    }
+}
+
+void sumOurs(const Stream& stream) {
+    for (std::size_t i = 0; i < stream.members.size(); ++i) {
+        const Bytes& member = stream.members[i];
+        const DecodedSum sum = sumDecoded(member.data(), member.size(), memberSize(stream, i));
+        check(sum.code == 0 && sum.length == memberSize(stream, i), "summing up");
+    }
+}
+
 #if defined(HAVE_LIBDEFLATE)
 void decodeLibdeflate(const Stream& stream, Bytes& out) {
     static libdeflate_decompressor* const decompressor = libdeflate_alloc_decompressor();
@@ -141,7 +159,9 @@ void decodeZlib(const Stream& stream, Bytes& out) {
 
 std::vector<Contender> contendersFor(const Stream& stream, Bytes& out) {
     std::vector<Contender> contenders = {{"mirelo", [&] { decodeOurs(stream, out); }},
-                                         {"zlib", [&] { decodeZlib(stream, out); }}};
+                                         {"zlib", [&] { decodeZlib(stream, out); }},
+                                         {"measured", [&] { measureOurs(stream); }},
+                                         {"summed", [&] { sumOurs(stream); }}};
 #if defined(HAVE_LIBDEFLATE)
     contenders.push_back({"libdeflate", [&] { decodeLibdeflate(stream, out); }});
 #endif
@@ -159,19 +179,31 @@ int runOnce(const char* name, const char* contender) {
     return 1;
 }
 
-// A line of the table; the ratios behind it.
-std::vector<Standing> report(const Recipe& recipe, const Stream& stream, Bytes& out) {
+// The columns: our time over that of the two forms without a destination, theirs over ours.
+constexpr const char* kColumns[] = {"x zlib", "measured", "summed", "x libdeflate"};
+
+void printRatios(const std::vector<double>& ratios) {
+    for (const double ratio : ratios)
+        std::printf(" %12.3f", ratio);
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+// A line of the table; the ratios in it.
+std::vector<double> report(const Recipe& recipe, const Stream& stream, Bytes& out) {
     const auto standings = measure(contendersFor(stream, out), kRounds);
     std::size_t packed = 0;
     for (const Bytes& member : stream.members)
         packed += member.size();
-    std::printf("%-22s %8.2f %10.0f %10.2f", recipe.name.c_str(),
-                double(stream.size) / double(packed),
-                double(stream.size) / standings[0].seconds / 1e6, standings[1].ratio);
-    if (standings.size() > 2) std::printf(" %12.3f", standings[2].ratio);
-    std::printf("\n");
-    std::fflush(stdout);
-    return standings;
+    std::printf("%-22s %8.2f %10.0f", recipe.name.c_str(), double(stream.size) / double(packed),
+                double(stream.size) / standings[0].seconds / 1e6);
+    std::vector<double> ratios;
+    for (std::size_t i = 1; i < standings.size(); ++i) {
+        const bool isOurs = i == 2 || i == 3;
+        ratios.push_back(isOurs ? 1 / standings[i].ratio : standings[i].ratio);
+    }
+    printRatios(ratios);
+    return ratios;
 }
 
 }  // namespace
@@ -183,8 +215,11 @@ int main(int argc, char** argv) {
     std::printf("libdeflate is not here: skipped\n");
 #endif
     Bytes out(16 * kMiB);
-    std::vector<double> overZlib, overLibdeflate;
-    std::printf("%-22s %8s %10s %10s %12s\n", "stream", "packed", "MB/s", "x zlib", "x libdeflate");
+    std::printf("%-22s %8s %10s", "stream", "packed", "MB/s");
+    for (const char* const column : kColumns)
+        std::printf(" %12s", column);
+    std::printf("\n");
+    std::vector<std::vector<double>> inMean(std::size(kColumns));
     for (const Recipe& recipe : recipes()) {
         if (std::strstr(recipe.name.c_str(), filter) == nullptr) continue;
         const Stream stream = makeStream(recipe);
@@ -192,12 +227,14 @@ int main(int argc, char** argv) {
             std::printf("%-22s no such file here: skipped\n", recipe.name.c_str());
             continue;
         }
-        const auto standings = report(recipe, stream, out);
-        if (!recipe.isInMean) continue;
-        overZlib.push_back(standings[1].ratio);
-        if (standings.size() > 2) overLibdeflate.push_back(standings[2].ratio);
+        const std::vector<double> ratios = report(recipe, stream, out);
+        for (std::size_t i = 0; recipe.isInMean && i < ratios.size(); ++i)
+            inMean[i].push_back(ratios[i]);
     }
-    std::printf("%-22s %19s %10.2f", "geometric mean", "", geometricMean(overZlib));
-    if (!overLibdeflate.empty()) std::printf(" %12.3f", geometricMean(overLibdeflate));
-    std::printf("\n");
+    std::vector<double> means;
+    for (const std::vector<double>& ratios : inMean) {
+        if (!ratios.empty()) means.push_back(geometricMean(ratios));
+    }
+    std::printf("%-22s %19s", "geometric mean", "");
+    printRatios(means);
 }

@@ -14,9 +14,19 @@
 //   7 6 5 4 3 2 1 0     7 6 5 4 3 2 1 0
 //   d d c c c b b a     ...       e d d      a: last block?  b: type  c: a code of 3 bits ...
 //
-// Speed comes from three things. The next bits stand in one word, which is filled up by one load
+// Speed comes from five things. The next bits stand in one word, which is filled up by one load
 // and without a branch. One table look-up decodes a whole symbol, the place of its extra bits
-// included (inflate_tables.h). And bounds are checked once for a round of several symbols.
+// included, and where codes are short two of them (inflate_tables.h). Bounds are checked once for a
+// round of several symbols. Short matches are copied without looking at length and distance.
+//
+// And what comes next is fetched before it is known what it is. Behind a literal stands a literal
+// or a length, behind a length a distance, and the processor often guesses wrong which of the two:
+//
+//   entry --index--+--> next   in the table of literals and lengths   if entry is of a literal
+//                  +--> far    in the table of distances              if it is of a length
+//
+// Both are read at the same index, and one is not used. When the processor has to start again
+// behind the branch, the right one is there already.
 //
 // Two loops decode the symbols of a block. The fast one runs while so much input and output remain
 // that neither can end within one of its rounds, and therefore checks for neither. The careful one
@@ -25,6 +35,7 @@
 #include "slim/inflate.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <iterator>
@@ -43,8 +54,8 @@
 
 namespace {
 
+using inflate::Codes;
 using inflate::CodeShape;
-using inflate::DistanceEntry;
 using inflate::dropBits;
 using inflate::Entry;
 
@@ -94,7 +105,7 @@ struct Stream {
 // No distance is longer (RFC 1951, section 3.2.5): so much history has to stay in the window.
 constexpr std::size_t kHistory = 32768;
 // Small enough to stay in the second-level cache, large enough that moving the history is rare.
-constexpr std::size_t kWindowSize = 4 * kHistory;
+constexpr std::size_t kWindowSize = 6 * kHistory;
 
 void sumUp(Stream& stream) {
     if (!stream.isSummed) return;
@@ -125,7 +136,7 @@ MIRELO_ALWAYS_INLINE std::uint64_t load64(const std::uint8_t* from) {
     return word;
 }
 
-MIRELO_ALWAYS_INLINE void store64(std::uint8_t* to, std::uint64_t word) {
+MIRELO_ALWAYS_INLINE void store16(std::uint8_t* to, std::uint16_t word) {
     std::memcpy(to, &word, sizeof word);
 }
 
@@ -176,7 +187,7 @@ const std::uint8_t* unread(const BitReader& bits) {
     return bits.next - bits.count / 8;
 }
 
-// Compilers find neither of these two instructions by themselves.
+// Compilers find none of these three instructions by themselves.
 
 // Of `count` only the lowest eight bits are looked at, which must be less than 64.
 template <bool hasBmi>
@@ -191,8 +202,12 @@ MIRELO_ALWAYS_INLINE std::uint64_t lowBits(std::uint64_t word, std::uint64_t cou
     return word & ((1ULL << static_cast<std::uint8_t>(count)) - 1);
 }
 
-// The index of the symbol behind the one that `entry` decodes, in a table with so many root bits.
-template <bool hasBmi, unsigned rootBits>
+constexpr std::uint64_t kLiteralMask = (1U << inflate::kLiteralRootBits) - 1;
+constexpr std::uint64_t kDistanceMask = (1U << inflate::kDistanceRootBits) - 1;
+
+// The index of the symbol behind the one that `entry` decodes. Without the instruction it has as
+// many bits as the larger root.
+template <bool hasBmi>
 MIRELO_ALWAYS_INLINE std::uint64_t nextIndex(std::uint64_t buffer, std::uint64_t entry) {
 #if defined(MIRELO_INFLATE_BMI)
     if constexpr (hasBmi) {
@@ -201,139 +216,175 @@ MIRELO_ALWAYS_INLINE std::uint64_t nextIndex(std::uint64_t buffer, std::uint64_t
         return index;
     }
 #endif
-    return (buffer >> static_cast<std::uint8_t>(entry)) & ((1U << rootBits) - 1);
+    return (buffer >> static_cast<std::uint8_t>(entry)) & kLiteralMask;
 }
 
-// A base and the extra bits behind its code, in a buffer that still begins with the code.
-template <bool hasBmi, typename AnyEntry>
-MIRELO_ALWAYS_INLINE std::size_t rangeValue(AnyEntry entry, std::uint64_t buffer) {
-    return inflate::value(entry) + (lowBits<hasBmi>(buffer, entry) >> ((entry >> 25) & 63));
-}
-
-constexpr std::uint64_t repeated(unsigned period) {
-    std::uint64_t word = 0;
-    for (unsigned shift = 0; shift < 64; shift += 8 * period)
-        word |= 1ULL << shift;
-    return word;
-}
-
-struct Period {
-    std::uint64_t mask;      // one period
-    std::uint64_t repeater;  // times one period fills a word
-    unsigned phase;          // bits by which the second word begins later in the period
-    unsigned stride;         // whole periods in two words, in bytes
-};
-
-constexpr Period periodOf(unsigned bytes) {
-    return {(1ULL << 8 * bytes) - 1, repeated(bytes), 8 % bytes * 8, 16 / bytes * bytes};
-}
-
-constexpr Period kPeriods[] = {{},          periodOf(1), periodOf(2), periodOf(3),
-                               periodOf(4), periodOf(5), periodOf(6), periodOf(7)};
-
-// A match that overlaps itself with a short distance is a run: its period comes again and again.
-// Repeats what lies less than a word behind. Reading it back from memory would wait for each store,
-// so the period is built in registers and only stored.
-MIRELO_ALWAYS_INLINE void repeatPeriod(std::uint8_t* out, std::size_t distance,
-                                       const std::uint8_t* end) {
-    const Period& period = kPeriods[distance];
-    const std::uint64_t first = (load64(out - distance) & period.mask) * period.repeater;
-    const std::uint64_t second = ((first >> period.phase) & period.mask) * period.repeater;
-    do {
-        store64(out, first);
-        store64(out + 8, second);
-        out += period.stride;
-    } while (out < end);
-}
-
-// What `copyMatch` may write beyond the match: all but one byte of two blocks, or of three words.
-constexpr std::ptrdiff_t kCopyOverrun = 32;
-
-MIRELO_ALWAYS_INLINE void copyThreeWords(std::uint8_t* to, const std::uint8_t* from) {
-    store64(to, load64(from));
-    store64(to + 8, load64(from + 8));
-    store64(to + 16, load64(from + 16));
+// The extra bits behind a code, in a buffer that still begins with the code.
+template <bool hasBmi>
+MIRELO_ALWAYS_INLINE std::size_t extraBits(Entry entry, std::uint64_t buffer) {
+    return lowBits<hasBmi>(buffer, entry) >> inflate::codeBits(entry);
 }
 
 // 16 bytes in one register, which every x86-64 has.
-MIRELO_ALWAYS_INLINE void copyBlock(std::uint8_t* to, const std::uint8_t* from) {
-    std::uint64_t block[2];
-    std::memcpy(block, from, sizeof block);
-    std::memcpy(to, block, sizeof block);
+using Block = std::uint8_t __attribute__((vector_size(16)));
+constexpr std::size_t kBlock = sizeof(Block);
+
+// Which byte of a block comes where.
+struct Order {
+    alignas(kBlock) std::uint8_t from[kBlock];
+};
+
+#if defined(MIRELO_INFLATE_BMI)
+MIRELO_ALWAYS_INLINE Block inOrder(Block block, const Order& order) {
+    __asm__("pshufb %1, %0" : "+x"(block) : "m"(order));
+    return block;
+}
+#endif
+
+MIRELO_ALWAYS_INLINE Block loadBlock(const std::uint8_t* from) {
+    Block block;
+    std::memcpy(&block, from, sizeof block);
+    return block;
 }
 
-// Most matches are shorter than 32 bytes: so many are copied before their length is looked at. A
-// copy must not read what it has just written itself, so its step is at most the distance.
-MIRELO_ALWAYS_INLINE void copyMatch(std::uint8_t* out, std::size_t distance, std::size_t length) {
-    std::uint8_t* const end = out + length;
-    if (distance >= 16) [[likely]] {
-        copyBlock(out, out - distance);
-        copyBlock(out + 16, out + 16 - distance);
-        for (out += 32; out < end; out += 32) {
-            copyBlock(out, out - distance);
-            copyBlock(out + 16, out + 16 - distance);
+MIRELO_ALWAYS_INLINE void storeBlock(std::uint8_t* to, Block block) {
+    std::memcpy(to, &block, sizeof block);
+}
+
+void copyBytes(std::uint8_t* out, std::size_t distance, std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i)
+        out[i] = *(out + i - distance);
+}
+
+// A match that reaches back less than a block overlaps itself: it is a run, of which the first
+// period stands there. Reading the others back from memory would wait for each store.
+struct Run {
+    Order first;   // in which the bytes that stand there make the first block of the run
+    Order second;  // in which those of the first block make the second
+};
+
+// By distance; the last one keeps the order, for all that do not overlap.
+constexpr auto kRuns = [] {
+    std::array<Run, kBlock + 1> runs{};
+    for (unsigned distance = 1; distance <= kBlock; ++distance) {
+        for (unsigned i = 0; i < kBlock; ++i) {
+            runs[distance].first.from[i] = static_cast<std::uint8_t>(i % distance);
+            runs[distance].second.from[i] = static_cast<std::uint8_t>((kBlock + i) % distance);
         }
-    } else if (distance >= 8) {
-        for (; out < end; out += 24)
-            copyThreeWords(out, out - distance);
-    } else {
-        repeatPeriod(out, distance, end);
     }
+    return runs;
+}();
+
+// Two blocks of a match, whatever its length. A copy must not read what it has just written itself,
+// so the second block of a run comes from the first: where it would overlap, `from + near` is where
+// the match begins.
+template <bool hasBmi>
+MIRELO_ALWAYS_INLINE void beginMatch(std::uint8_t* out, std::size_t distance) {
+#if defined(MIRELO_INFLATE_BMI)
+    if constexpr (hasBmi) {
+        const std::uint8_t* const from = out - distance;
+        const std::size_t near = std::min(distance, kBlock);
+        storeBlock(out, inOrder(loadBlock(from), kRuns[near].first));
+        storeBlock(out + kBlock, inOrder(loadBlock(from + near), kRuns[near].second));
+        return;
+    }
+#endif
+    if (distance < kBlock) return copyBytes(out, distance, 2 * kBlock);
+    storeBlock(out, loadBlock(out - distance));
+    storeBlock(out + kBlock, loadBlock(out + kBlock - distance));
+}
+
+// The rest of a run. Not where it is called: few are so long, and the registers are needed there.
+__attribute__((noinline)) void continueRun(std::uint8_t* out, std::size_t distance,
+                                           const std::uint8_t* end) {
+    const Block first = loadBlock(out);
+    const Block second = loadBlock(out + kBlock);
+    const std::size_t wholePeriods = 2 * kBlock / distance * distance;
+    for (out += wholePeriods; out < end; out += wholePeriods) {
+        storeBlock(out, first);
+        storeBlock(out + kBlock, second);
+    }
+}
+
+// What `copyMatch` may write beyond the match: all but one byte of two blocks.
+constexpr std::ptrdiff_t kCopyOverrun = 2 * kBlock;
+
+// Most matches are shorter than two blocks: so much is copied before length or distance decide
+// anything.
+template <bool hasBmi>
+MIRELO_ALWAYS_INLINE void copyMatch(std::uint8_t* out, std::size_t distance, std::size_t length) {
+    const std::uint8_t* const end = out + length;
+    const std::uint8_t* from = out - distance;
+    beginMatch<hasBmi>(out, distance);
+    if (length <= 2 * kBlock) [[likely]] {
+        return;
+    }
+    if (distance < kBlock) return continueRun(out, distance, end);
+    do {
+        out += 2 * kBlock;
+        from += 2 * kBlock;
+        storeBlock(out, loadBlock(from));
+        storeBlock(out + kBlock, loadBlock(from + kBlock));
+    } while (out + 2 * kBlock < end);
 }
 
 int copyCarefully(Stream& stream, std::size_t distance, std::size_t length) {
     if (distance > stream.produced) return kTooFarBack;
     if (!hasRoom(stream, length)) return kOutputFull;
-    std::uint8_t* out = stream.dest + stream.produced;
-    for (std::size_t i = 0; i < length; ++i)
-        out[i] = *(out + i - distance);
+    copyBytes(stream.dest + stream.produced, distance, length);
     stream.produced += length;
     return kSuccess;
 }
 
-// Two refills and three literals fit between the checks of the fast loop.
+// Two refills and three entries of two literals fit between the checks of the fast loop.
 constexpr std::ptrdiff_t kFastInput = 16;
-constexpr std::ptrdiff_t kFastOutput = 3 + kCopyOverrun;
+constexpr std::ptrdiff_t kFastOutput = 6 + kCopyOverrun;
 
-// Decodes until the end of the block, of the input or of the output is near. The entry of the next
-// symbol is fetched before anything is done with the present one: that chain is what decoding waits
-// for. Of the count of bits only the lowest six are meant, which spares cutting an entry to size.
+// Decodes until the end of the block, of the input or of the output is near. What is fetched is
+// always one symbol ahead: that chain is what decoding waits for. Of the count of bits only the
+// lowest six are meant, which spares cutting an entry to size.
 template <bool hasBmi>
-MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
-                                    const DistanceEntry* distances) {
+MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Codes& codes) {
     BitReader bits = stream.bits;
     std::uint8_t* const dest = stream.dest;
     std::uint8_t* out = dest + stream.produced;
     const std::uint8_t* const lastIn = bits.end - kFastInput;
     const std::uint8_t* const lastOut = dest + stream.capacity - kFastOutput;
     int result = kSuccess;
+    Entry entry, next, far;
 
-    const auto nextLiteral = [&](std::uint64_t entry) MIRELO_INLINE_LAMBDA {
-        return literals[nextIndex<hasBmi, inflate::kLiteralRootBits>(bits.buffer, entry)];
+    const auto fetchBehind = [&](Entry fetched) MIRELO_INLINE_LAMBDA {
+        entry = fetched;
+        const std::uint64_t index = nextIndex<hasBmi>(bits.buffer, entry);
+        next = codes.literals()[index];
+        far = codes.distances()[hasBmi ? index : index & kDistanceMask];
+        // Keeps compilers from moving each load to where it is used, behind the branch.
+        __asm__ volatile("" : "+r"(next), "+r"(far));
     };
-    const auto dropEntry = [&](std::uint64_t entry) MIRELO_INLINE_LAMBDA {
-        bits.buffer >>= static_cast<std::uint8_t>(entry);
-        bits.count -= static_cast<unsigned>(entry);
+    const auto dropEntry = [&](std::uint64_t dropped) MIRELO_INLINE_LAMBDA {
+        bits.buffer >>= static_cast<std::uint8_t>(dropped);
+        bits.count -= static_cast<unsigned>(dropped);
     };
-    const auto putLiteral = [&](Entry& entry) MIRELO_INLINE_LAMBDA {
-        const Entry present = entry;
-        entry = nextLiteral(present);
-        dropEntry(present);
-        *out++ = static_cast<std::uint8_t>(present >> 16);
+    const auto putLiterals = [&]() MIRELO_INLINE_LAMBDA {
+        store16(out, inflate::literals(entry));
+        out += inflate::literalCount(entry);
+        dropEntry(entry);
     };
 
     refillWord(bits);
-    Entry entry = literals[bits.buffer & ((1U << inflate::kLiteralRootBits) - 1)];
+    fetchBehind(codes.literals()[bits.buffer & kLiteralMask]);
     while (bits.next <= lastIn) {
-        refillWord(bits);
-        if (entry & inflate::kLiteral) {
-            // Three literals of the root take 33 bits, a match 48: another refill is due before
-            // one.
-            putLiteral(entry);
-            if (entry & inflate::kLiteral) {
-                putLiteral(entry);
-                if (entry & inflate::kLiteral) {
-                    putLiteral(entry);
+        if (!(entry & inflate::kNotLiteral)) [[unlikely]] {
+            // Three entries of literals take 30 bits, a match 48: another refill is due before one.
+            putLiterals();
+            fetchBehind(next);
+            if (!(entry & inflate::kNotLiteral)) {
+                putLiterals();
+                fetchBehind(next);
+                if (!(entry & inflate::kNotLiteral)) {
+                    putLiterals();
+                    refillWord(bits);
+                    fetchBehind(next);
                     if (out > lastOut) break;
                     continue;
                 }
@@ -341,29 +392,35 @@ MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
             refillWord(bits);
         }
         if (entry & inflate::kRare) [[unlikely]] {
-            entry = inflate::lookUpLiteral(literals, bits.buffer);
+            fetchBehind(inflate::lookUpLiteral(codes, bits.buffer));
             if (entry & inflate::kRare) break;
-            if (entry & inflate::kLiteral) {
-                putLiteral(entry);
+            if (!(entry & inflate::kNotLiteral)) {
+                putLiterals();
+                refillWord(bits);
+                fetchBehind(next);
                 if (out > lastOut) break;
                 continue;
             }
         }
-        DistanceEntry far =
-            distances[nextIndex<hasBmi, inflate::kDistanceRootBits>(bits.buffer, entry)];
-        const std::size_t length = rangeValue<hasBmi>(entry, bits.buffer);
+        *out = static_cast<std::uint8_t>(inflate::literals(entry));
+        out += inflate::literalCount(entry);
+        const std::size_t length =
+            inflate::lengthBase(entry) + extraBits<hasBmi>(entry, bits.buffer);
         dropEntry(entry);
         if (far & inflate::kRare) [[unlikely]] {
-            far = inflate::lookUpDistance(distances, bits.buffer);
+            far = inflate::lookUpDistance(codes, bits.buffer);
             if (far & inflate::kRare) {
                 dropEntry(far);
                 result = kBadSymbol;
                 break;
             }
         }
-        entry = nextLiteral(far);
-        const std::size_t distance = rangeValue<hasBmi>(far, bits.buffer);
+        const Entry behind = codes.literals()[nextIndex<hasBmi>(bits.buffer, far)];
+        const std::size_t distance =
+            inflate::distanceBase(far) + extraBits<hasBmi>(far, bits.buffer);
         dropEntry(far);
+        refillWord(bits);
+        fetchBehind(behind);
         const bool isTooFar = reinterpret_cast<std::uintptr_t>(out) - distance <
                               reinterpret_cast<std::uintptr_t>(dest);
         const bool fits = lastOut - out >= static_cast<std::ptrdiff_t>(length);
@@ -373,7 +430,7 @@ MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
             out = dest + stream.produced;
             break;
         }
-        copyMatch(out, distance, length);
+        copyMatch<hasBmi>(out, distance, length);
         out += length;
     }
     bits.count &= 63;
@@ -382,33 +439,34 @@ MIRELO_ALWAYS_INLINE int decodeFast(Stream& stream, const Entry* literals,
     return result;
 }
 
-int decodeFastPortable(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
-    return decodeFast<false>(stream, literals, distances);
+int decodeFastPortable(Stream& stream, const Codes& codes) {
+    return decodeFast<false>(stream, codes);
 }
 
 #if defined(MIRELO_INFLATE_BMI)
-__attribute__((target("bmi,bmi2"))) int decodeFastBmi(Stream& stream, const Entry* literals,
-                                                      const DistanceEntry* distances) {
-    return decodeFast<true>(stream, literals, distances);
+// With the byte shuffle that is older than both.
+__attribute__((target("bmi,bmi2,ssse3"))) int decodeFastBmi(Stream& stream, const Codes& codes) {
+    return decodeFast<true>(stream, codes);
 }
 
 bool hasBmi() {
     static const bool has = [] {
         __builtin_cpu_init();
-        return __builtin_cpu_supports("bmi") != 0 && __builtin_cpu_supports("bmi2") != 0;
+        return __builtin_cpu_supports("bmi") != 0 && __builtin_cpu_supports("bmi2") != 0 &&
+               __builtin_cpu_supports("ssse3") != 0;
     }();
     return has;
 }
 #endif
 
-int decodeFastIfRoom(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+int decodeFastIfRoom(Stream& stream, const Codes& codes) {
     const bool room = stream.bits.end - stream.bits.next >= kFastInput &&
                       stream.capacity - stream.produced >= kFastOutput;
     if (!room) return kSuccess;
 #if defined(MIRELO_INFLATE_BMI)
-    if (hasBmi()) return decodeFastBmi(stream, literals, distances);
+    if (hasBmi()) return decodeFastBmi(stream, codes);
 #endif
-    return decodeFastPortable(stream, literals, distances);
+    return decodeFastPortable(stream, codes);
 }
 
 // A length and a distance with all their bits: codes of 15 each, 5 and 13 extra bits. One refill
@@ -421,24 +479,26 @@ constexpr int kGoOn = 3;
 // To the end of the block; in a window only one symbol, because then there is room again. Zeros
 // stand in for bits that the input does not have. A symbol that was looked up with them and needs
 // more bits than there are shows that the input ended.
-int decodeCarefully(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+int decodeCarefully(Stream& stream, const Codes& codes) {
     BitReader& bits = stream.bits;
     do {
         refill(bits, kLongestMatchBits);
-        const Entry entry = inflate::lookUpLiteral(literals, bits.buffer);
+        const Entry entry = inflate::lookUpLiteral(codes, bits.buffer);
         if (dropBits(entry) > bits.count) return kInputExhausted;
-        const std::size_t length = rangeValue<false>(entry, bits.buffer);
+        const std::size_t length =
+            inflate::lengthBase(entry) + extraBits<false>(entry, bits.buffer);
         drop(bits, dropBits(entry));
-        if (entry & inflate::kLiteral) {
+        if (!(entry & inflate::kNotLiteral)) {
             if (!hasRoom(stream, 1)) return kOutputFull;
-            stream.dest[stream.produced++] = static_cast<std::uint8_t>(inflate::value(entry));
+            stream.dest[stream.produced++] = static_cast<std::uint8_t>(inflate::literals(entry));
             continue;
         }
         if (entry & inflate::kRare) return entry & inflate::kEndOfBlock ? kSuccess : kBadSymbol;
 
-        const DistanceEntry far = inflate::lookUpDistance(distances, bits.buffer);
+        const Entry far = inflate::lookUpDistance(codes, bits.buffer);
         if (dropBits(far) > bits.count) return kInputExhausted;
-        const std::size_t distance = rangeValue<false>(far, bits.buffer);
+        const std::size_t distance =
+            inflate::distanceBase(far) + extraBits<false>(far, bits.buffer);
         drop(bits, dropBits(far));
         if (far & inflate::kRare) return kBadSymbol;
         if (const int result = copyCarefully(stream, distance, length); result != kSuccess) {
@@ -448,11 +508,11 @@ int decodeCarefully(Stream& stream, const Entry* literals, const DistanceEntry* 
     return kGoOn;
 }
 
-int decodeSymbols(Stream& stream, const Entry* literals, const DistanceEntry* distances) {
+int decodeSymbols(Stream& stream, const Codes& codes) {
     int result;
     do {
-        result = decodeFastIfRoom(stream, literals, distances);
-        if (result == kSuccess) result = decodeCarefully(stream, literals, distances);
+        result = decodeFastIfRoom(stream, codes);
+        if (result == kSuccess) result = decodeCarefully(stream, codes);
     } while (result == kGoOn);
     return result;
 }
@@ -471,7 +531,7 @@ int readLengths(BitReader& bits, const Entry* codeLengths, std::uint8_t* lengths
         const Entry entry = inflate::lookUp<inflate::kCodeLengthRootBits>(codeLengths, bits.buffer);
         if (dropBits(entry) > bits.count) return kInputExhausted;
         drop(bits, dropBits(entry));
-        const unsigned symbol = inflate::value(entry);
+        const unsigned symbol = inflate::codeLength(entry);
         if (symbol < 16) {
             lengths[filled++] = static_cast<std::uint8_t>(symbol);
             continue;
@@ -502,9 +562,12 @@ int readCodeLengthCode(BitReader& bits, std::size_t count, Entry* table) {
     return shape == CodeShape::complete ? kSuccess : kBadCodeLengthCode;
 }
 
+// Bytes of input from which on pairs pay off.
+constexpr std::ptrdiff_t kWorthPairs = 4096;
+
 // Five bits, five bits and four bits say how many lengths there are of each code: HLIT, HDIST and
 // HCLEN. The format has 286 literals and lengths and 30 distances; the counts could say 288 and 32.
-int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances) {
+int readDynamicCodes(BitReader& bits, Codes& codes) {
     refill(bits, 14);
     if (bits.count < 14) return kInputExhausted;
     const std::size_t literalCount = take(bits, 5) + 257;
@@ -520,14 +583,15 @@ int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances)
     if (result != kSuccess) return result;
     if (lengths[256] == 0) return kNoEndOfBlock;
 
-    switch (inflate::buildLiteralTable(literals, lengths, literalCount)) {
+    switch (inflate::buildLiteralTable(codes.literals(), lengths, literalCount)) {
         case CodeShape::complete:
         case CodeShape::single:
             break;
         default:
             return kBadLiteralCode;
     }
-    switch (inflate::buildDistanceTable(distances, lengths + literalCount, distanceCount)) {
+    if (bits.end - bits.next >= kWorthPairs) inflate::addPairs(codes.literals());
+    switch (inflate::buildDistanceTable(codes.distances(), lengths + literalCount, distanceCount)) {
         case CodeShape::complete:
         case CodeShape::single:
         case CodeShape::empty:
@@ -538,10 +602,9 @@ int readDynamicCodes(BitReader& bits, Entry* literals, DistanceEntry* distances)
 }
 
 int decodeDynamicBlock(Stream& stream) {
-    Entry literals[inflate::kLiteralTableSize];
-    DistanceEntry distances[inflate::kDistanceTableSize];
-    const int result = readDynamicCodes(stream.bits, literals, distances);
-    return result != kSuccess ? result : decodeSymbols(stream, literals, distances);
+    Codes codes;
+    const int result = readDynamicCodes(stream.bits, codes);
+    return result != kSuccess ? result : decodeSymbols(stream, codes);
 }
 
 // Bytes as they are (RFC 1951, section 3.2.4). The bits left in the byte that has been begun are
@@ -578,7 +641,7 @@ int decodeBlocks(Stream& stream) {
                 result = copyStoredBlock(stream);
                 break;
             case 1:
-                result = decodeSymbols(stream, inflate::kFixedLiterals, inflate::kFixedDistances);
+                result = decodeSymbols(stream, inflate::kFixedCodes);
                 break;
             case 2:
                 result = decodeDynamicBlock(stream);

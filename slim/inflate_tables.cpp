@@ -20,6 +20,13 @@
 //
 // The root starts as wide as the shortest code and doubles for every longer one. That repeats the
 // shorter codes at all places that end in them, and no entry of the root is stored twice otherwise.
+//
+// Pairs come last. Where only A is a literal, the root of three bits of the same example
+//
+//   000 B    001 A    010 B    011 C    100 B    101 A    110 B    111 D
+//
+// gets at 001 the pair A B and keeps A at 101, where of the next symbol's code only one bit is
+// there.
 #include "slim/inflate_tables.h"
 
 #include <algorithm>
@@ -31,7 +38,7 @@ namespace {
 
 constexpr unsigned kLongestCode = 15;
 constexpr std::size_t kMostSymbols = 288;
-constexpr Entry kUndefined = kRare | kNoSymbol | kLongestCode;
+constexpr Entry kUndefined = kNotLiteral | kRare | kNoSymbol | kLongestCode;
 
 // Lengths and distances are coded as ranges (RFC 1951, section 3.2.5): the symbol names the range,
 // the extra bits behind its code the place in it. Ranges double in width every four lengths and
@@ -57,29 +64,29 @@ constexpr Range kDistances[] = {
 
 // The entries of all symbols as they are before their codes are known.
 constexpr Entry toTable(unsigned rootBits) {
-    return rootBits << 8;
+    return Entry{rootBits} << 8;
 }
 
 constexpr auto kLiteralSymbols = [] {
     std::array<Entry, kMostSymbols> symbols{};
     for (Entry byte = 0; byte < 256; ++byte) {
-        symbols[byte] = kLiteral | byte << 16 | toTable(kLiteralRootBits);
+        symbols[byte] = kLiteral | byte << 40 | toTable(kLiteralRootBits);
     }
-    symbols[256] = kRare | kEndOfBlock;
+    symbols[256] = kNotLiteral | kRare | kEndOfBlock;
     for (std::size_t i = 0; i < std::size(kLengths); ++i) {
         const Range& length = kLengths[i];
-        symbols[257 + i] = Entry{length.base} << 16 | toTable(kDistanceRootBits) | length.extraBits;
+        symbols[257 + i] =
+            kNotLiteral | Entry{length.base} << 16 | toTable(kDistanceRootBits) | length.extraBits;
     }
-    symbols[286] = symbols[287] = kRare | kNoSymbol;
+    symbols[286] = symbols[287] = kNotLiteral | kRare | kNoSymbol;
     return symbols;
 }();
 
 constexpr auto kDistanceSymbols = [] {
-    std::array<DistanceEntry, std::size(kDistances)> symbols{};
+    std::array<Entry, std::size(kDistances)> symbols{};
     for (std::size_t i = 0; i < symbols.size(); ++i) {
         const Range& distance = kDistances[i];
-        symbols[i] =
-            DistanceEntry{distance.base} << 32 | toTable(kLiteralRootBits) | distance.extraBits;
+        symbols[i] = Entry{distance.base} << 48 | toTable(kLiteralRootBits) | distance.extraBits;
     }
     return symbols;
 }();
@@ -91,18 +98,14 @@ constexpr auto kCodeLengthSymbols = [] {
     return symbols;
 }();
 
-template <typename AnyEntry>
-constexpr AnyEntry withCode(AnyEntry symbol, unsigned bits) {
-    return symbol + (bits << 25 | bits);
+constexpr Entry withCode(Entry symbol, unsigned bits) {
+    return symbol + (Entry{bits} << 32 | bits);
 }
 
-constexpr Entry subTableEntry(Entry, unsigned offset, unsigned indexBits) {
-    return kRare | kSubTable | offset << 16 | indexBits;
-}
-constexpr DistanceEntry subTableEntry(DistanceEntry, unsigned offset, unsigned indexBits) {
+constexpr Entry subTableEntry(unsigned offset, unsigned indexBits) {
     // The entry has 64 bits; the analyzer takes it for 32.
     // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult)
-    return kRare | kSubTable | DistanceEntry{offset} << 32 | indexBits;
+    return kNotLiteral | kRare | kSubTable | Entry{offset} << 48 | indexBits;
 }
 
 // Counting up on a number whose bits stand in reverse: the carry runs from the top down.
@@ -174,8 +177,8 @@ struct Position {
     const std::uint16_t* symbol;
 };
 
-template <unsigned rootBits, typename AnyEntry>
-constexpr void fillSubTables(AnyEntry* table, const CanonicalCode& code, const AnyEntry* symbols,
+template <unsigned rootBits>
+constexpr void fillSubTables(Entry* table, const CanonicalCode& code, const Entry* symbols,
                              Position at) {
     constexpr unsigned kRootMask = (1U << rootBits) - 1;
     unsigned end = 1U << rootBits;
@@ -189,9 +192,9 @@ constexpr void fillSubTables(AnyEntry* table, const CanonicalCode& code, const A
                 start = end;
                 width = 1U << bits;
                 end += width;
-                table[prefix] = subTableEntry(AnyEntry{}, start, bits);
+                table[prefix] = subTableEntry(start, bits);
             }
-            const AnyEntry entry = withCode(symbols[*at.symbol++], length);
+            const Entry entry = withCode(symbols[*at.symbol++], length);
             for (unsigned i = at.reversed >> rootBits; i < width; i += 1U << (length - rootBits)) {
                 table[start + i] = entry;
             }
@@ -200,8 +203,8 @@ constexpr void fillSubTables(AnyEntry* table, const CanonicalCode& code, const A
     }
 }
 
-template <unsigned rootBits, typename AnyEntry>
-constexpr void fill(AnyEntry* table, const CanonicalCode& code, const AnyEntry* symbols) {
+template <unsigned rootBits>
+constexpr void fill(Entry* table, const CanonicalCode& code, const Entry* symbols) {
     std::fill_n(table, std::size_t{1} << code.shortest, kUndefined);
     Position at = {0, code.symbols};
     for (unsigned length = code.shortest; length <= rootBits; ++length) {
@@ -215,8 +218,8 @@ constexpr void fill(AnyEntry* table, const CanonicalCode& code, const AnyEntry* 
     if (code.longest > rootBits) fillSubTables<rootBits>(table, code, symbols, at);
 }
 
-template <unsigned rootBits, typename AnyEntry>
-CodeShape build(AnyEntry* table, const AnyEntry* symbols, const std::uint8_t* lengths,
+template <unsigned rootBits>
+CodeShape build(Entry* table, const Entry* symbols, const std::uint8_t* lengths,
                 std::size_t count) {
     CanonicalCode code;
     sortByLength(code, lengths, count);
@@ -229,39 +232,53 @@ CodeShape build(AnyEntry* table, const AnyEntry* symbols, const std::uint8_t* le
 
 // The codes of type 1, made by the same builder and at compile time (RFC 1951, section 3.2.6). The
 // symbols 286 and 287 and the distances 30 and 31 take part in the codes but must not occur.
-constexpr auto kFixedLiteralTable = [] {
+constexpr Codes kFixed = [] {
     std::uint8_t lengths[288] = {};
     std::fill(lengths, lengths + 144, std::uint8_t{8});
     std::fill(lengths + 144, lengths + 256, std::uint8_t{9});
     std::fill(lengths + 256, lengths + 280, std::uint8_t{7});
     std::fill(lengths + 280, lengths + 288, std::uint8_t{8});
-    std::array<Entry, 1 << kLiteralRootBits> table{};
-    CanonicalCode code;
-    sortByLength(code, lengths, 288);
-    fill<kLiteralRootBits>(table.data(), code, kLiteralSymbols.data());
-    return table;
+    Codes codes{};
+    CanonicalCode literals;
+    sortByLength(literals, lengths, 288);
+    fill<kLiteralRootBits>(codes.literals(), literals, kLiteralSymbols.data());
+
+    std::fill(lengths, lengths + 30, std::uint8_t{5});
+    CanonicalCode distances;
+    sortByLength(distances, lengths, 30);
+    fill<kDistanceRootBits>(codes.distances(), distances, kDistanceSymbols.data());
+    return codes;
 }();
 
-constexpr auto kFixedDistanceTable = [] {
-    std::uint8_t lengths[30] = {};
-    std::fill(lengths, lengths + 30, std::uint8_t{5});
-    std::array<DistanceEntry, 1 << kDistanceRootBits> table{};
-    CanonicalCode code;
-    sortByLength(code, lengths, 30);
-    fill<kDistanceRootBits>(table.data(), code, kDistanceSymbols.data());
-    return table;
-}();
+// Drops the bits of both, and has one literal more than the second.
+Entry pairOf(Entry first, Entry second) {
+    constexpr Entry kFirst = Entry{0xFF} << 40;
+    const Entry bits = codeBits(first);
+    return (second & ~kFirst) + ((second & kFirst) << 8) + (first & kFirst) + kLiteral +
+           (bits << 56 | bits << 32 | bits);
+}
 
 }  // namespace
 
-constinit const Entry* const kFixedLiterals = kFixedLiteralTable.data();
-constinit const DistanceEntry* const kFixedDistances = kFixedDistanceTable.data();
+constinit const Codes& kFixedCodes = kFixed;
+
+// From the top down: what lies behind a code is at a lower index, where there is no pair yet.
+void addPairs(Entry* table) {
+    for (std::size_t i = 1U << kLiteralRootBits; i-- > 0;) {
+        const Entry first = table[i];
+        const Entry second = table[i >> codeBits(first)];
+        const Entry isNone = (first & kNotLiteral) | (second & kRare);
+        if (isNone == 0 && codeBits(first) + codeBits(second) <= kLiteralRootBits) {
+            table[i] = pairOf(first, second);
+        }
+    }
+}
 
 CodeShape buildLiteralTable(Entry* table, const std::uint8_t* lengths, std::size_t count) {
     return build<kLiteralRootBits>(table, kLiteralSymbols.data(), lengths, count);
 }
 
-CodeShape buildDistanceTable(DistanceEntry* table, const std::uint8_t* lengths, std::size_t count) {
+CodeShape buildDistanceTable(Entry* table, const std::uint8_t* lengths, std::size_t count) {
     return build<kDistanceRootBits>(table, kDistanceSymbols.data(), lengths, count);
 }
 

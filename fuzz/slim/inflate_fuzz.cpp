@@ -4,6 +4,9 @@
 #include "tests/slim/inflate_oracle.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    require(agreesWithZlib({data, size}), "zlib does the same");
+    // Tables have pairs only where much input is left: half of the streams have other bytes behind.
+    Bytes stream(data, data + size);
+    if (size > 0 && data[size - 1] % 2 != 0) stream.resize(size + 8192);
+    require(agreesWithZlib(stream), "zlib does the same");
     return 0;
 }

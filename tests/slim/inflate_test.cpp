@@ -22,6 +22,9 @@ Bytes matchesOfAllKinds() {
                 data.push_back(data[data.size() - distance]);
         }
     }
+    // Codes so short that the tables decode two of them at once.
+    for (int i = 0; i < 50000; ++i)
+        data.push_back(u8"eeeeeeeetttaaoin"[random() % 16]);
     // Longer than the window: at every turn of it something refers far back.
     for (int i = 0; i < 300000; ++i)
         data.push_back(data[data.size() - 30000]);
