@@ -134,22 +134,20 @@ WindowsFileSystem::Opened WindowsFileSystem::openFile(const std::wstring& path, 
     const Pin parent = pin(parentFolder(path));
     opened.result = parent.result;
     if (!opened.result.isDone()) return opened;
-    const std::wstring longName = longPath(path);
     opened.handle =
-        FileHandle(CreateFileW(longName.c_str(), access | FILE_READ_ATTRIBUTES, share, nullptr,
-                               OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    opened.result =
-        lastResult(static_cast<bool>(opened.handle) &&
-                   GetFileAttributesExW(longName.c_str(), GetFileExInfoStandard, &data));
+        FileHandle(CreateFileW(longPath(path).c_str(), access | FILE_READ_ATTRIBUTES, share,
+                               nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    opened.result = lastResult(static_cast<bool>(opened.handle));
     if (!opened.result.isDone()) return opened;
-    opened.stamp = stampOf(data);
+    const Inspection seen = inspect(path);
+    opened.result = seen.result;
+    opened.stamp = seen.stamp;
+    if (!opened.result.isDone()) return opened;
     const std::wstring realPath = realPathOf(opened.handle.get());
     const bool isElsewhere =
         !realPath.empty() && !parent.folder->realPath().empty() &&
         !equalsIgnoringCase(realPath, parent.folder->realPath() + L"\\" + nameOf(path));
-    if (typeOf(data.dwFileAttributes) == EntryType::link || isElsewhere)
-        opened.result = {FileOutcome::link};
+    if (seen.type == EntryType::link || isElsewhere) opened.result = {FileOutcome::link};
     return opened;
 }
 
