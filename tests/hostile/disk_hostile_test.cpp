@@ -44,6 +44,17 @@ struct Document {
         return image.version;
     }
     SlimOutcome slim() const { return slimDocument(path, {}, realSlimFiles()); }
+    FileHandle hold(DWORD access, DWORD share) const {
+        return FileHandle(
+            CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+    }
+    void expectAsBefore(const SlimOutcome& outcome) const {
+        EXPECT_EQ(
+            outcome.message,
+            L"Failed to write back (file may be held by CDR). Backup kept: " + outcome.backupPath);
+        EXPECT_TRUE(ReadStaged(path) == former);
+        EXPECT_TRUE(ReadStaged(outcome.backupPath) == former);
+    }
 };
 
 template <typename Function>
@@ -55,11 +66,7 @@ void expectPutBackWhen(Imitation<Function>& imitation, int failingCall) {
         SetLastError(ERROR_DISK_FULL);
         return FALSE;
     });
-    const SlimOutcome outcome = document.slim();
-    EXPECT_EQ(outcome.message, L"Failed to write back (file may be held by CDR). Backup kept: " +
-                                   outcome.backupPath);
-    EXPECT_TRUE(ReadStaged(document.path) == document.former);
-    EXPECT_TRUE(ReadStaged(outcome.backupPath) == document.former);
+    document.expectAsBefore(document.slim());
     EXPECT_TRUE(document.version() == document.before);
 }
 
@@ -99,6 +106,58 @@ TEST(HostileDisk, IsWaitedForWhileAnotherProgramHoldsTheFile) {
         return INVALID_HANDLE_VALUE;
     });
     EXPECT_TRUE(document.slim().ok);
+}
+
+TEST(HostileDisk, LeavesADocumentThatIsEmptyOrHeldByAnotherProgram) {
+    const Document document;
+    FileImage image;
+    FileHandle held =
+        document.hold(GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    EXPECT_FALSE(realSlimFiles().readWhole(document.path, image)) << "it may be half-written";
+    held = document.hold(GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    const SlimOutcome outcome = document.slim();
+    held.reset();
+    document.expectAsBefore(outcome);
+    WriteStaged(document.path, "");
+    EXPECT_FALSE(realSlimFiles().readWhole(document.path, image));
+}
+
+// Not a backup that is there already, nor another file of the same size and time, nor the same file
+// saved again with as many bytes.
+TEST(HostileDisk, TakesOnlyTheDocumentThatWasRead) {
+    const Document document;
+    const SlimFiles files = realSlimFiles();
+    const std::wstring& path = document.path;
+    const std::wstring other = document.folder.path() + L"\\other";
+    WriteStaged(other, "older");
+    EXPECT_FALSE(files.copyFile(path, other));
+    EXPECT_EQ(ReadStaged(other), "older");
+
+    MoveFileExW(path.c_str(), other.c_str(), MOVEFILE_REPLACE_EXISTING);
+    CopyFileW(other.c_str(), path.c_str(), TRUE);
+    EXPECT_EQ(files.overwrite(path, bytesOf("new"), document.before, L""), WriteOutcome::changed);
+
+    WriteStaged(path, "read");
+    const FileVersion read = document.version();
+    WriteStaged(path, "save");
+    EXPECT_EQ(files.overwrite(path, bytesOf("new"), read, L""), WriteOutcome::changed);
+    EXPECT_EQ(ReadStaged(path), "save");
+}
+
+TEST(HostileDisk, SlimsDocumentsOfAllNamesAndPaths) {
+    const Document document;
+    const std::wstring deep =
+        L"\\" + std::wstring(150, L'd') + L"\\" + std::wstring(120, L'e') + L"\\deep.cdr";
+    for (const std::wstring& name : {std::wstring(L"\\\u56FE\u7EB8 \U0001F600.cdr"),
+                                     L"\\" + std::wstring(200, L'n') + L".cdr", deep}) {
+        const std::wstring named = document.folder.path() + name;
+        WriteStaged(named, document.former);
+        const SlimOutcome outcome = slimDocument(named, {}, realSlimFiles());
+        EXPECT_TRUE(outcome.ok) << outcome.message;
+        EXPECT_TRUE(ReadStaged(outcome.backupPath) == document.former);
+        EXPECT_EQ(ReadStaged(named).size(), outcome.newSize);
+        EXPECT_TRUE(outcome.backupPath.starts_with(named + L".20"));
+    }
 }
 
 TEST(HostileDisk, GivesTheCacheBackAsFarAsItFitsAndLeavesItWhenItFails) {
