@@ -27,19 +27,6 @@ SignatureRuleBase BaseOfVersion(int version) {
 
 }  // namespace
 
-TEST(MergeRuleDocument, RefusesWhatGivesNoRule) {
-    for (const char* text :
-         {"no JSON", R"({"version":9,"rules":{"id":"a","title":"t"}})",
-          R"({"version":9,"rules":["a",1,null,[{"id":"a","title":"t"}],{"id":"a"}]})",
-          R"({"version":9,"rules":[{"title":"t"},{"id":"","title":"t"},{"id":1,"title":"t"}]})",
-          R"({"version":9,"rules":[{"id":"font-enum-001","advice":"x"},{"id":"a","title":["t"]}]})",
-          R"({"version":4.9,"rules":[{"id":"a","title":"older"}]})"}) {
-        SignatureRuleBase base = BaseOfVersion(5);
-        EXPECT_FALSE(MergeRuleDocument(base, text)) << text;
-        EXPECT_EQ(Shown(base), Shown(BaseOfVersion(5))) << text;
-    }
-}
-
 TEST(MergeRuleDocument, KeepsTheNewestVersion) {
     for (const std::string version : {"0", "\"9\"", "0.9", "-7", "5.9", "1e999"}) {
         SignatureRuleBase base = BaseOfVersion(5);

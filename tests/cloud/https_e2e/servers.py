@@ -35,12 +35,9 @@ class OddServer:
     Other paths are files below `www`, sent as they should be."""
 
     ANSWERS = {
-        "/204": b"HTTP/1.1 204 No Content\r\n\r\n",
         "/301": b"HTTP/1.1 301 Moved\r\nLocation: /chunked\r\nContent-Length: 2\r\n\r\nno",
         "/500": b"HTTP/1.1 500 Broken\r\nContent-Length: 2\r\n\r\n{}",
         "/announces-more": OK + b'Content-Length: 1000\r\n\r\n{"rules":[',
-        "/closes-mid-chunk": CHUNKED + b'64\r\n{"rules":[',
-        "/no-length": OK + b'Connection: close\r\n\r\n{"rules":[]}',
         "/chunked": CHUNKED + b'6\r\n{"rule\r\n6;x=y\r\ns":[]}\r\n0\r\n\r\n',
         "/garbage": b"\x00\xff" * 500,
         "/never-answers": b"",
